@@ -33,10 +33,13 @@ class Bootloader {
  public:
   Bootloader(std::uint32_t hardwareId, std::uint32_t secondaryId);
 
-  // The reply to a sound request, or none where the protocol has none. Not for kCommandFinish.
+  // The reply to a sound request, or none where the protocol has none.
   std::optional<Reply> Execute(const Request& request);
 
-  // What BL_CMD_FINISH ends; a complete update is forgotten with it.
+  // Whether BL_CMD_FINISH was obeyed since the last call; Finish is due then.
+  bool TakeFinish();
+
+  // What the session achieved; a complete update is forgotten with it.
   UpdateOutcome Finish();
 
   // Ends the session; what was written, and which regions are unverified, stays.
@@ -51,6 +54,7 @@ class Bootloader {
   Reply Value(std::uint32_t value) const;
   Reply Refuse(std::uint32_t error, std::string violation);
   Reply Start();
+  std::optional<Reply> RequestFinish(const Request& request);
   Reply SelectRegion(const Request& request);
   Reply TakeHeader(const Request& request);
   std::optional<Reply> Write(const Request& request);
@@ -60,6 +64,7 @@ class Bootloader {
   std::uint32_t mSecondaryId;
   Vbin::FlashMemory mFlash;
   bool mStarted = false;
+  bool mFinishing = false;
   std::optional<std::uint32_t> mSelected;  // Region index.
   bool mHeaderTaken = false;               // Of the selected region.
   std::uint32_t mExpectedCrc = 0;          // mRegionCrc of that header.

@@ -40,7 +40,7 @@ enum class FaultKind : std::uint8_t {
   kNoise,           // "noise": other bytes around the reply and real-time bytes inside it
   kFlood,           // "flood[:BYTES]": a message of BYTES bytes, by default 1 MiB, that never ends
   kUnplug,          // "unplug[:MS]": the port goes, the message is lost; back after MS milliseconds, or never
-  kSilent,          // "silent": dead from this message on
+  kSilent,          // "silent": dead from this message on, until the device is unplugged
   kIgnoreMessage,   // "ignore-message": as if the message had never come
   kDuplicateReply,  // "duplicate-reply": the reply comes twice
 };

@@ -12,6 +12,7 @@
 #include "Tools/Simulator/Fault.h"
 #include "Tools/Simulator/MessageStream.h"
 #include "Tools/Simulator/Protocol.h"
+#include "Tools/Simulator/ReplyFaults.h"
 #include "Tools/Vbin/FlashMemory.h"
 
 namespace Simulator {
@@ -31,12 +32,6 @@ struct DeviceOptions {
   std::chrono::milliseconds mRestartTime{500};
   bool mAnswerNothing = false;
   std::vector<Fault> mFaults;
-};
-
-// Bytes that the device sends, mDelay after the input that caused them.
-struct Transmission {
-  std::chrono::milliseconds mDelay{0};
-  std::vector<std::uint8_t> mBytes;
 };
 
 // What the device does about some input.
@@ -67,10 +62,14 @@ struct DeviceStatus {
 // A software Tessel as a pure state machine: bytes in, bytes and events out. It knows no
 // ports, threads or clocks; one thread at a time.
 //
+// The value of a verified region is the CRC-32 over all data bytes written since its header, in
+// order of arrival. Bootloader commands are obeyed with the device's own two ids or 0xFFFFFFFF in
+// place of either, and ignored with any others.
 // After BL_CMD_FINISH the device restarts into the new firmware when each region that was
 // begun since the last update was verified, and at least one was; with none begun it starts
 // the old firmware; with one unverified it comes back in update mode.
-// An unplugged device comes back in the mode that it had; its flash outlives everything.
+// An unplugged device comes back in the mode that it had, and answers again if it had fallen
+// silent; its flash outlives everything.
 class SimulatedDevice {
  public:
   explicit SimulatedDevice(DeviceOptions options);
@@ -91,6 +90,7 @@ class SimulatedDevice {
   void Restart(DeviceMode mode, Reaction& reaction);
   void Finish(Reaction& reaction);
   Reply VersionReply() const;
+  Reply ErrorReply() const;
   void Note(std::string violation);
 
   DeviceOptions mOptions;

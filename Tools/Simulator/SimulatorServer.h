@@ -31,7 +31,8 @@ class SimulatorServer {
   SimulatorServer& operator=(const SimulatorServer&) = delete;
 
   // Makes the port, so that a computer finds the device when the call returns. Throws
-  // std::runtime_error with a sentence, for example when the port's name is taken.
+  // std::runtime_error with a sentence, for example when the port's name is taken, and
+  // std::invalid_argument for a name that a port cannot have.
   void Open();
 
   // Opens when that was not done, and serves on a thread of its own until Stop.

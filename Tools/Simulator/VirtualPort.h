@@ -1,0 +1,73 @@
+#pragma once
+
+#include <poll.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "Tools/Support/Descriptor.h"
+
+namespace Simulator {
+
+// The device's end of a virtual MIDI port: two listening Unix stream sockets, NAME.in from which
+// computers capture and NAME.out to which they render. Any number of them may be connected; what
+// is sent goes to each one on NAME.in. The sockets' names are there exactly while the port is open.
+//
+// Never blocks. One thread at a time.
+class VirtualPort {
+ public:
+  // Bytes that a computer may leave unread before it is disconnected.
+  static constexpr std::size_t kMaxUnread = 32 * 1024 * 1024;
+
+  VirtualPort(std::string directory, std::string name);
+  ~VirtualPort() { Close(); }
+  VirtualPort(const VirtualPort&) = delete;
+  VirtualPort& operator=(const VirtualPort&) = delete;
+
+  // Makes the directory when it is missing. Throws std::runtime_error with a sentence, also when
+  // another device serves the name; sockets that nobody serves any more are replaced. A name that
+  // is empty, begins with a dot or has a slash is std::invalid_argument.
+  void Open();
+
+  // Removes the names first, then disconnects everybody; what is unsent is lost.
+  void Close();
+
+  bool IsOpen() const { return static_cast<bool>(mIn.mListener); }
+
+  // What has to be waited for until Receive or Flush can do something.
+  void AppendTo(std::vector<pollfd>& descriptors) const;
+
+  // Lets new computers in, sends what had to wait, and gives the bytes that have come. Whoever
+  // sent one of them and was connected to NAME.in by then gets what is sent next.
+  std::vector<std::uint8_t> Receive();
+
+  // Sends to every computer on NAME.in, at once or as soon as it reads.
+  void Send(std::span<const std::uint8_t> bytes);
+
+ private:
+  struct Connection {
+    Tools::Descriptor mSocket;
+    std::vector<std::uint8_t> mUnsent;
+  };
+  struct Road {
+    std::string mPath;
+    Tools::Descriptor mListener;
+    std::vector<Connection> mConnections;
+  };
+
+  static void Listen(Road& road);
+  static void Shut(Road& road);
+  static void Accept(Road& road);
+  static bool ReadFrom(Connection& connection, std::vector<std::uint8_t>& bytes);
+  static bool Flush(Connection& connection);
+
+  std::string mDirectory;
+  std::string mName;
+  Road mIn;
+  Road mOut;
+};
+
+}  // namespace Simulator

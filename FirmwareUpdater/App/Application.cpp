@@ -1,0 +1,89 @@
+#include "App/Application.h"
+
+#include <iostream>
+
+#include "App/ProductInfo.h"
+#include "Platform/Language.h"
+#include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
+
+using namespace TF;
+
+LApplication::LApplication(const String& commandLine)
+    : LApplicationBase<LApplication>(commandLine), mLine(commandLine) {}
+
+LApplication::~LApplication() = default;
+
+TFRESULT LApplication::Initialize() {
+  const TFRESULT result = LApplicationBase<LApplication>::Initialize();
+  if (Failed(result)) return result;
+  {
+    auto processor = MakeRC<LUpdateProcessor>();
+    const MutexLock lock(mProcessorMutex);
+    mUpdateProcessor = std::move(processor);
+  }
+  const TFRESULT settled = mUpdateProcessor->Initialize(mLine);
+  if (Failed(settled)) return settled;
+  mUpdateProcessor->SetAllowDowngrade(true);
+  return kSuccess;
+}
+
+TFRESULT LApplication::Shutdown() {
+  const TFRESULT result = LApplicationBase<LApplication>::Shutdown();
+  RCPtr<LUpdateProcessor> processor;
+  {
+    const MutexLock lock(mProcessorMutex);
+    processor = std::move(mUpdateProcessor);
+  }
+  return result;
+}
+
+String LApplication::GetCompanyName() {
+  return kCompanyName;
+}
+
+String LApplication::GetProductName() {
+  return kProductName;
+}
+
+String LApplication::GetProductVersion() {
+  return kProductVersion;
+}
+
+std::uint32_t LApplication::GetLanguage() {
+  static const std::uint32_t language = Platform::UserLanguage();
+  return language;
+}
+
+bool LApplication::IsExitAllowed() {
+  return !mUpdateProcessor || mUpdateProcessor->IsExitAllowed();
+}
+
+TFRESULT LApplication::OpenScreen() {
+  std::cerr
+      << "This version has no screen yet. Run it with -SILENT or -RETURN_UPDATE_MODE_STATUS; --help lists "
+         "the options."
+      << std::endl;
+  return kSuccess;
+}
+
+void LApplication::OnBeforeMessageLoop() {
+  Register(GetApplicationCenter(), kFirmwareUpdateCompletedName, 0);
+  RCPtr<LUpdateEngineInterface> engine;
+  if (mUpdateProcessor->GetUpdateEngine(engine)->GetUpdateResult(false) != UPDATE_RUNNING) QuitMessageLoop();
+}
+
+void LApplication::OnNotification(const RCPtr<LNotificationDistributor>& sender,
+                                  const RCPtr<LNotification>& notification) {
+  LApplicationBase<LApplication>::OnNotification(sender, notification);
+  if (notification && notification->GetId() == GetNotificationID(kFirmwareUpdateCompletedName))
+    QuitMessageLoop();
+}
+
+void LApplication::RequestExit() {
+  const MutexLock lock(mProcessorMutex);
+  if (mUpdateProcessor && !mUpdateProcessor->RequestExit()) {
+    LogRecord("The request to end is dropped: an update is in progress.");
+    return;
+  }
+  GetApplicationCenter()->Post(LNotification::Create(kAppExitRequest, nullptr));
+}

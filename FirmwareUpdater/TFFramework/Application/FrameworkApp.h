@@ -1,0 +1,76 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "TFFramework/Notification/NotificationCenter.h"
+#include "TFFramework/Notification/NotificationClient.h"
+#include "TFFramework/Utilities/Storage/StringT.h"
+
+namespace TF {
+
+// The framework's application object: what controls and program reach through one
+// process-wide pointer.
+//
+// Threads: main thread; GetApplicationCenter and IsExitRequested on any.
+class LFrameworkApp : public virtual LNotificationClient {
+ public:
+  explicit LFrameworkApp(const String& commandLine);
+  ~LFrameworkApp() override;
+
+  // The application of this process; null before it is made and after it has gone.
+  static LFrameworkApp* GetInstance();
+
+  // Takes "NID_APP_EXIT_REQ" and ignores everything else.
+  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
+                      const RCPtr<LNotification>& notification) override;
+  virtual void OnStartup(const String& commandLine);
+  virtual void OnStarted(const String& commandLine);
+  virtual void OnSecondInstance(const String& commandLine);
+  // The main loop, with what was posted before and after it. An exception that leaves the
+  // loop is reported to the user and asks for the exit.
+  virtual TFRESULT Run();
+  virtual bool IsExitRequested();
+  virtual String GetCompanyName() = 0;
+  virtual String GetProductName() = 0;
+  virtual String GetProductVersion() = 0;
+  virtual String GetSettingsVersion();
+  virtual String GetApplicationName();
+  virtual String GetMainControlName();
+  // The user's full language number.
+  virtual std::uint32_t GetLanguage() = 0;
+  // See ApplicationFolders.h for the ids.
+  virtual String GetFolder(std::int32_t id);
+  // Seconds since the start.
+  virtual double GetTime() = 0;
+  // Milliseconds of a clock that wraps.
+  virtual std::uint32_t GetTickCount() = 0;
+  // Delivers what waits in the queues; true when something remains.
+  virtual bool ProcessNotifications(bool sendIdle);
+  // A failure that is in the list of settled results ends the run without an error.
+  virtual TFRESULT Initialize() = 0;
+  virtual void OnBeforeMessageLoop();
+  virtual std::int32_t RunMessageLoop() = 0;
+  virtual TFRESULT Shutdown();
+  virtual bool IsExitAllowed() = 0;
+
+  const RCPtr<LNotificationCenter>& GetApplicationCenter() const { return mApplicationCenter; }
+  const NarrowString& GetCommandLine() const { return mCommandLine; }
+
+  // Shows the texts for a failed startup; why goes to the diagnostics.
+  static void ReportStartupError(const char* why);
+
+ protected:
+  // Switches the notification cache on. kFailure instead of an exception.
+  TFRESULT RunApplicationStartup();
+
+ private:
+  NarrowString mCommandLine;
+  std::atomic<bool> mExitRequested{false};
+  RCPtr<LNotificationCenter> mApplicationCenter;
+};
+
+// The request to end the program, posted to the center "application".
+inline constexpr const char16_t* kAppExitRequest = u"NID_APP_EXIT_REQ";
+
+}  // namespace TF

@@ -1,0 +1,210 @@
+#include "TFFramework/Midi/MidiComm.h"
+
+#include <utility>
+
+#include "TFFramework/Utilities/Storage/CaseTable.h"
+
+namespace TF {
+
+namespace {
+
+// One thread, so that handlers run one at a time and in the order of arrival.
+constexpr std::int32_t kHandlerThreads = 1;
+constexpr std::int32_t kQueuePriority = 2;
+constexpr std::int32_t kMessagePriority = 0;
+
+// From the end of the list, and by plain address: a counted pointer taken on the driver's
+// thread could become the last one and close the device from inside its own callback.
+template <class Ports>
+auto* FindByHandle(Ports& ports, Platform::MidiHandle handle) {
+  for (std::int32_t i = ports.GetCount() - 1; i >= 0; --i) {
+    auto* port = ports.GetAt(i).Get();
+    if (port->GetHandle() == handle) return port;
+  }
+  return decltype(ports.GetAt(0).Get()){nullptr};
+}
+
+template <class Port, class Ports>
+RCPtr<Port> FindOpenPort(const Ports& ports, const String& requested, const String& entry) {
+  for (std::int32_t i = 0; i < ports.GetCount(); ++i) {
+    const RCPtr<Port>& port = ports.GetAt(i);
+    if (port->Answers(requested, entry)) return port;
+  }
+  return nullptr;
+}
+
+template <class Ports>
+bool RemoveFrom(Ports& ports, const RCPtr<LMidiPort>& port) {
+  for (std::int32_t i = ports.GetCount() - 1; i >= 0; --i) {
+    if (ports.GetAt(i).Get() != port.Get()) continue;
+    ports.RemoveItems(i, 1);
+    port->DropInternalReferences();
+    return true;
+  }
+  return false;
+}
+
+template <class Ports>
+void TakeAll(Ports& ports, Ports& taken) {
+  taken.Assign(ports);
+  for (std::int32_t i = 0; i < taken.GetCount(); ++i) RemoveFrom(ports, taken.GetAt(i));
+}
+
+template <class Ports>
+void CloseAll(Ports& ports) {
+  for (std::int32_t i = 0; i < ports.GetCount(); ++i) ports.GetAt(i)->CloseDevice();
+}
+
+}  // namespace
+
+LMidiComm::LMidiComm(Platform::MidiDriver& driver, std::uint32_t sendTimeoutMs)
+    : mDriver(driver),
+      mSendTimeoutMs(sendTimeoutMs),
+      mGate(std::make_shared<MidiCallbackGate>(*this)),
+      mThreadPool(MakeRC<LThreadPool>(kHandlerThreads, kQueuePriority)) {}
+
+LMidiComm::~LMidiComm() {
+  mGate->Detach();
+  LMidiComm::Shutdown();
+}
+
+void LMidiComm::Shutdown() {
+  {
+    const MutexLock lock(GetPortsMutex());
+    mShutDown = true;
+  }
+  // Without the lock, since the handler that this waits for may open or close ports; and
+  // before the ports close, so that a send of that handler still gets its answer.
+  mThreadPool->Shutdown();
+  PortList<LMidiCapturePort> capturePorts;
+  PortList<LMidiRenderPort> renderPorts;
+  {
+    const MutexLock lock(GetPortsMutex());
+    TakeAll(mCapturePorts, capturePorts);
+    TakeAll(mRenderPorts, renderPorts);
+  }
+  CloseAll(capturePorts);
+  CloseAll(renderPorts);
+}
+
+TFRESULT LMidiComm::OpenCapturePort(const String& name, RCPtr<LRefCountedObject>& port) {
+  return OpenPort(mCapturePorts, name, port);
+}
+
+TFRESULT LMidiComm::OpenRenderPort(const String& name, RCPtr<LRefCountedObject>& port) {
+  return OpenPort(mRenderPorts, name, port);
+}
+
+template <class Port>
+TFRESULT LMidiComm::OpenPort(PortList<Port>& ports, const String& name, RCPtr<LRefCountedObject>& port) {
+  const MutexLock lock(GetPortsMutex());
+  port = nullptr;
+  if (mShutDown) return kFailure;
+  const StringArray names = MakeUniquePortNames(ReadDeviceNames(mDriver, Port::kDirection));
+  std::int32_t index = -1;
+  const std::int32_t count = FindPortName(names, name, index);
+  if (count > 1) {
+    RecordAmbiguousName(Port::kDirection, name, names);
+    return kInvalidArgument;
+  }
+  // Nothing found is still worth a try: "Tessel (1)" means the one "Tessel" that is there.
+  MidiPortRequest request{name, false};
+  RCPtr<Port> found;
+  if (count == 1) {
+    const String& entry = names.GetAt(index);
+    if (EqualsIgnoreCase(entry, name)) request = {entry, true};
+    found = FindOpenPort<Port>(ports, name, entry);
+  }
+  if (!found) {
+    found = OpenNewPort(ports, name, request);
+  } else if (!found->IsDevicePresent() && !Connect(*found.Get(), request)) {
+    found = nullptr;
+  }
+  port = found;
+  return port ? kSuccess : kFailure;
+}
+
+template <class Port>
+RCPtr<Port> LMidiComm::OpenNewPort(PortList<Port>& ports, const String& name,
+                                   const MidiPortRequest& request) {
+  const RCPtr<Port> port = Port::Create(name, RCPtr<LMidiComm>(this));
+  if (!port) return nullptr;
+  // On the list before it opens, so that no message finds its port missing.
+  ports.Add(port);
+  port->AddInternalReferences();
+  if (Connect(*port.Get(), request)) return port;
+  RemovePort(port);
+  return nullptr;
+}
+
+template <class Port>
+bool LMidiComm::Connect(Port& port, const MidiPortRequest& request) {
+  Platform::MidiStatus status = port.OpenDevice(request);
+  if (status == Platform::kMidiOk) {
+    status = port.Start();
+    if (status != Platform::kMidiOk) port.CloseDevice();
+  }
+  if (status == Platform::kMidiOk) return true;
+  // A device that is not there is what the presence checks ask about all the time.
+  if (status != Platform::kMidiNoDriver) {
+    RecordOpenFailure(Port::kDirection, port.GetName(), port.GetDeviceName(), status);
+  }
+  return false;
+}
+
+TFRESULT LMidiComm::RemovePort(const RCPtr<LMidiPort>& port) {
+  const MutexLock lock(GetPortsMutex());
+  return RemoveFrom(mCapturePorts, port) || RemoveFrom(mRenderPorts, port) ? kSuccess : kFailure;
+}
+
+TFRESULT LMidiComm::Send(const RCPtr<LRefCountedObject>& port, const RCPtr<LIBuffer>& data) {
+  const RCPtr<LMidiRenderPort> renderPort = port;
+  if (!renderPort || !data || data->GetSize() == 0) return kInvalidArgument;
+  if (data->GetSize() > static_cast<std::uint32_t>(IArray<char>::kNoCountLimit)) return kInvalidArgument;
+  return renderPort->Send(static_cast<const char*>(data->GetPointer()),
+                          static_cast<std::int32_t>(data->GetSize()));
+}
+
+TFRESULT LMidiComm::Send(const RCPtr<LRefCountedObject>& port, const IArray<char>& data) {
+  const RCPtr<LMidiRenderPort> renderPort = port;
+  if (!renderPort || data.GetCount() == 0) return kInvalidArgument;
+  return renderPort->Send(data.GetBuffer(), data.GetCount());
+}
+
+void LMidiComm::EnqueueCaptured(const RCPtr<LMidiCaptureNotificationData>& data) {
+  if (mShutDown) return;
+  mThreadPool->Enqueue(RCPtr<LThreadWorker>(this), data, kMessagePriority);
+}
+
+TFRESULT LMidiComm::Work(const RCPtr<LRefCountedObject>& data) {
+  const RCPtr<LMidiCaptureNotificationData> captured = data;
+  ForwardCapturedData(captured);
+  return DistributeCapturedData(captured);
+}
+
+void LMidiComm::OnMidiMessage(Platform::MidiHandle handle, Platform::MidiMessage message,
+                              std::uintptr_t first, std::uintptr_t second) {
+  using Platform::MidiMessage;
+  if (message == MidiMessage::kLongDone) {
+    if (LMidiRenderPort* port = FindByHandle(mRenderPorts, handle)) port->OnLongDone();
+    return;
+  }
+  LMidiCapturePort* const port = FindByHandle(mCapturePorts, handle);
+  if (!port) return;
+  switch (message) {
+    case MidiMessage::kData:
+    case MidiMessage::kMoreData:
+      port->OnShortMessage(static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(second));
+      break;
+    case MidiMessage::kLongData:
+      port->OnLongData(*reinterpret_cast<Platform::MidiBuffer*>(first));
+      break;
+    case MidiMessage::kLongError:
+      port->OnLongError(*reinterpret_cast<Platform::MidiBuffer*>(first));
+      break;
+    default:
+      break;
+  }
+}
+
+}  // namespace TF

@@ -301,6 +301,7 @@ TEST(UpdateEngineInterface, AutomaticTransferSwitchesOnTheWorker) {
   engine->mStateAfterSwitch = DEVICE_IN_UPDATE_MODE;
   NotificationRecorder recorder;
   EXPECT_EQ(engine->EnterUpdateMode(), kSuccess);
+  while (engine->GetDeviceState() != DEVICE_IN_UPDATE_MODE) std::this_thread::yield();
   engine->Shutdown();
   EXPECT_EQ(engine->mSwitches, 1);
   EXPECT_EQ(recorder.Deliver(), Texts({"device 6<0", "device 7<6"}));

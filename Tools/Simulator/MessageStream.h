@@ -12,7 +12,7 @@ namespace Simulator {
 // system-exclusive data is skipped.
 class MessageStream {
  public:
-  static constexpr std::size_t kMaxMessage = 64 * 1024;  // Bytes; a longer message is dropped.
+  static constexpr std::size_t kMaxMessage = 65536;  // Bytes; a longer message is dropped.
 
   // The whole messages, 0xF0 through 0xF7, that bytes complete.
   std::vector<std::vector<std::uint8_t>> Feed(std::span<const std::uint8_t> bytes);

@@ -138,10 +138,10 @@ bool SimulatorServer::Core::WaitForWork(int stopDescriptor) {
 void SimulatorServer::Core::Step() {
   const std::lock_guard lock(mMutex);
   mWakeUp.Clear();
-  RunCommands();
   if (mReturnDue && *mReturnDue <= Clock::now()) OpenPort();
   const Bytes bytes = mPort.Receive();
   if (!bytes.empty()) TakeBytes(bytes);
+  RunCommands();  // After Receive, which has let everybody in who may expect what they send.
   SendDue();
 }
 
@@ -295,7 +295,6 @@ void SimulatorServer::Send(std::span<const std::uint8_t> bytes) {
   const std::lock_guard lock(mCore->mMutex);
   mCore->mCommands.push_back([core = mCore.get(), copy = Bytes(bytes.begin(), bytes.end())] {
     core->mTrace.Write("out", copy);
-    core->mPort.Receive();
     core->mPort.Send(copy);
   });
   mCore->mWakeUp.Set();

@@ -19,7 +19,7 @@ namespace Simulator {
 namespace {
 
 constexpr int kBacklog = 64;                       // Connections that wait to be let in.
-constexpr std::size_t kReadSize = 64 * 1024;       // Bytes taken from one connection at a time.
+constexpr std::size_t kReadSize = 65536;           // Bytes taken from one connection at a time.
 constexpr std::string_view kFreshSuffix = ".new";  // Of a socket that does not listen yet.
 
 [[noreturn]] void Fail(const std::string& path, const char* action, int error) {

@@ -20,7 +20,7 @@ namespace Simulator {
 class VirtualPort {
  public:
   // Bytes that a computer may leave unread before it is disconnected.
-  static constexpr std::size_t kMaxUnread = 32 * 1024 * 1024;
+  static constexpr std::size_t kMaxUnread = std::size_t{32} * 1024 * 1024;
 
   VirtualPort(std::string directory, std::string name);
   ~VirtualPort() { Close(); }

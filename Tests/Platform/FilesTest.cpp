@@ -99,26 +99,6 @@ TEST(Files, OpenFilesAreNotHandedToOtherPrograms) {
   EXPECT_FALSE(CloseFile(file));
 }
 
-// Gives up the rights of root, to whom every file is open, until the end of the scope.
-class OrdinaryUser {
- public:
-  OrdinaryUser() : mUser(geteuid()) {
-    if (mUser == 0) Become(kNobody);
-  }
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-  ~OrdinaryUser() {
-    if (mUser == 0) Become(mUser);
-  }
-
- private:
-  static constexpr uid_t kNobody = 65534;
-
-  static void Become(uid_t user) { EXPECT_EQ(seteuid(user), 0); }
-
-  uid_t mUser;
-};
-
 TEST(Files, WhatTheUserMayNotReadIsRefused) {
   const TemporaryFolder folder;
   std::filesystem::permissions(folder.Path(), std::filesystem::perms(0755));
@@ -127,7 +107,7 @@ TEST(Files, WhatTheUserMayNotReadIsRefused) {
   const bool root = geteuid() == 0;
   std::error_code open, closed, written;
   {
-    const OrdinaryUser user;
+    const TestSupport::OrdinaryUser user;
     open = TryOpen(folder.InnerEntry("open"));
     closed = TryOpen(folder.InnerEntry("closed"));
     written = TryOpen(folder.InnerEntry("open"), {.write = true});

@@ -15,6 +15,12 @@ namespace TestSupport {
 
 namespace {
 
+constexpr uid_t kNobody = 65534;
+
+void Become(uid_t user) {
+  EXPECT_EQ(seteuid(user), 0);
+}
+
 [[noreturn]] void RunBody(const std::function<void()>& body, int output) {
   dup2(output, STDOUT_FILENO);
   dup2(output, STDERR_FILENO);
@@ -70,6 +76,14 @@ ScopedWorkingDirectory::~ScopedWorkingDirectory() {
   std::error_code error;
   std::filesystem::current_path(mFormer, error);
   if (error) ADD_FAILURE() << mFormer << ": " << error.message();
+}
+
+OrdinaryUser::OrdinaryUser() : mUser(geteuid()) {
+  if (mUser == 0) Become(kNobody);
+}
+
+OrdinaryUser::~OrdinaryUser() {
+  if (mUser == 0) Become(mUser);
 }
 
 ChildResult RunInChild(const std::function<void()>& body) {

@@ -34,6 +34,18 @@ class ScopedWorkingDirectory {
   std::filesystem::path mFormer;
 };
 
+// Gives up the rights of root, to whom every file is open, until the end of the scope.
+class OrdinaryUser {
+ public:
+  OrdinaryUser();
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+  ~OrdinaryUser();
+
+ private:
+  unsigned mUser;
+};
+
 struct ChildResult {
   int exitStatus = -1;  // -1 when a signal ended it.
   std::string output;   // Standard output and standard error, in the order they were written.

@@ -1,0 +1,7 @@
+#include "TFFramework/Threads/TrafficLight.h"
+
+namespace TF {
+
+TrafficLight::TrafficLight() : Event(false) {}
+
+}  // namespace TF

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+
+#include "Platform/EventHandle.h"
+#include "Platform/MidiDriver.h"
+
+namespace Platform {
+
+// One direction of one device, opened: moves raw bytes and never blocks but in Drain. The
+// destructor lets go of the device. Read, Write, Drain and Drop belong to one thread at a
+// time; IsPresent may be called beside them.
+class MidiTransport {
+ public:
+  struct Moved {
+    std::size_t bytes = 0;  // 0 with success: it would have to wait.
+    MidiStatus status = kMidiOk;
+  };
+
+  virtual ~MidiTransport() = default;
+
+  // Becomes readable (writable) when Read (Write) has something to do.
+  virtual int Descriptor() const = 0;
+  virtual Moved Read(char* bytes, std::size_t count) = 0;
+  virtual Moved Write(const char* bytes, std::size_t count) = 0;
+  // Waits until all that was written has left the computer. Setting the event ends the wait
+  // with kMidiError.
+  virtual MidiStatus Drain(const EventHandle& wake) = 0;
+  // Forgets what was written and has not left yet.
+  virtual void Drop() = 0;
+  virtual bool IsPresent() = 0;
+};
+
+// The driver's number for an error of the operating system.
+MidiStatus MidiStatusOfErrno(int error);
+
+}  // namespace Platform

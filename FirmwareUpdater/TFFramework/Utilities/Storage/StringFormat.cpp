@@ -53,11 +53,11 @@ StringT<C, Other> StringT<C, Other>::FormatFloat(double value, std::int32_t deci
   return Format(Format(kOfFormat, decimals).GetText(), value);
 }
 
-template String String::FormatList(const char16_t*, std::initializer_list<FormatArgument>);
-template NarrowString NarrowString::FormatList(const char*, std::initializer_list<FormatArgument>);
-template String String::FormatFixedPoint(std::int32_t, std::int32_t);
-template String String::FormatFloat(double, std::int32_t);
-template NarrowString NarrowString::FormatFixedPoint(std::int32_t, std::int32_t);
-template NarrowString NarrowString::FormatFloat(double, std::int32_t);
+template String StringT<char16_t, char>::FormatList(const char16_t*, std::initializer_list<FormatArgument>);
+template NarrowString StringT<char, char16_t>::FormatList(const char*, std::initializer_list<FormatArgument>);
+template String StringT<char16_t, char>::FormatFixedPoint(std::int32_t, std::int32_t);
+template String StringT<char16_t, char>::FormatFloat(double, std::int32_t);
+template NarrowString StringT<char, char16_t>::FormatFixedPoint(std::int32_t, std::int32_t);
+template NarrowString StringT<char, char16_t>::FormatFloat(double, std::int32_t);
 
 }  // namespace TF

@@ -174,6 +174,9 @@ TEST(SimulatedDeviceTest, AnnouncingARegionAgainStartsItsChecksumAnew) {
   device.Receive(IndexCommand(kCommandSelectRegion, 0));
   device.Receive(HeaderCommand(region));
   EXPECT_EQ(Ask(device, IndexCommand(kCommandVerifyRegion, 0)), Replies{ReplyBytes(0x81, {0})});
+  device.Receive(WriteCommand(kCommandWrite, 0, Filled(10, 1)));
+  device.Receive(HeaderCommand(region));
+  EXPECT_EQ(Ask(device, IndexCommand(kCommandVerifyRegion, 0)), Replies{ReplyBytes(0x81, {0})});
 }
 
 TEST(SimulatedDeviceTest, RefusesWhatIsAgainstTheProtocol) {
@@ -269,6 +272,15 @@ TEST(SimulatedDeviceTest, GivesTheSameAnswersHoweverTheBytesAreCut) {
   const Replies whole = replies(stream.size());
   EXPECT_EQ(whole.size(), 1U + 2 * 3 + 3);
   for (const std::size_t piece : {1U, 2U, 7U, 256U}) EXPECT_EQ(replies(piece), whole) << piece;
+}
+
+TEST(SimulatedDeviceTest, LosingPowerEndsAHalfReceivedMessage) {
+  const Bytes query = VersionQuery();
+  SimulatedDevice device(InUpdateMode());
+  device.Receive(std::span(query).first(3));
+  device.PowerUp();
+  EXPECT_TRUE(device.Receive(std::span(query).subspan(3)).mReceived.empty());
+  EXPECT_EQ(device.Receive(query).mTransmissions.size(), 1U);
 }
 
 TEST(SimulatedDeviceTest, AnswerNothingMeansDeadInEveryMode) {

@@ -109,7 +109,6 @@ Reply Bootloader::SelectRegion(const Request& request) {
   if (!mStarted) return Refuse(kErrorNotStarted, "select before start");
   mSelected = ReadLittleEndian(request.mArguments);
   mHeaderTaken = false;
-  mCrc = 0;
   Bytes arguments;
   AppendLittleEndian(arguments, mHardwareId);
   AppendLittleEndian(arguments, *mSelected);

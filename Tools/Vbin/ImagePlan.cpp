@@ -163,7 +163,7 @@ void ImagePlan::CheckTotalSize() const {
     total += kRegionHeaderSize + std::uint64_t{kSectionEntrySize} * region.mSections.size();
     for (const SectionPlan& section : region.mSections) {
       const std::uint64_t size = section.mFile.empty() ? section.mFill.mSize : Tools::FileSize(section.mFile);
-      if (size > kMaxImageSize || total + size > kMaxImageSize)
+      if (total + size > kMaxImageSize)
         throw std::length_error(fmt::format("the image would have more than {} bytes", kMaxImageSize));
       if (section.mAddress + size > kAddressSpace)
         throw std::length_error(

@@ -56,7 +56,8 @@ void LVarnokMidiFirmwareUpdatePerformer::PrepareForReply(Phase phase) {
   if (mAwaitsReply) ++mOwedReplies;
   mAwaitsReply = true;
   mPhase = phase;
-  mReplyLight.SetData(nullptr);
+  // Only a verification asks for the payload after its waits have run out.
+  if (phase == kVerifying) mReplyLight.SetData(nullptr);
   mReplyLight.SetRed();
 }
 

@@ -13,6 +13,7 @@
 #include "TFFramework/Application/MFCFrameworkApp.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
 #include "TFFramework/Threads/Thread.h"
+#include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
 namespace {
 
@@ -20,6 +21,7 @@ namespace {
 constexpr std::uint32_t kMidiThreadsWaitMs = 2000;
 
 void RunProgram(std::span<const std::string> arguments) {
+  Platform::SetMidiRecordSink([](std::string_view text) { TF::LogRecord(text); });
   TF::MFCFrameworkApp<LApplication> app{
       TF::String(Platform::JoinCommandLine(Platform::ProgramPath(), arguments))};
   const Platform::SignalWatcher signals([&app](int) { app.RequestExit(); });

@@ -115,10 +115,12 @@ std::optional<Bytes> UnpackSevenBit(std::span<const std::uint8_t> packed) {
 }
 
 Bytes FrameMessage(std::uint8_t type, std::span<const std::uint8_t> data) {
-  Bytes message{kSysExStart};
-  message.insert(message.end(), kManufacturerId.begin(), kManufacturerId.end());
-  message.push_back(type);
   const Bytes packed = PackSevenBit(data);
+  Bytes message;
+  message.reserve(packed.size() + kManufacturerId.size() + 3);
+  message.push_back(kSysExStart);
+  for (const std::uint8_t byte : kManufacturerId) message.push_back(byte);
+  message.push_back(type);
   message.insert(message.end(), packed.begin(), packed.end());
   message.push_back(kSysExEnd);
   return message;

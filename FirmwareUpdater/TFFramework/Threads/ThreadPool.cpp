@@ -2,32 +2,20 @@
 
 #include <algorithm>
 
-#include "TFFramework/Threads/ReuseAllocator.h"
-
 namespace TF {
 
-// A waiting item.
-class LThreadPool::LWorkerParams : public virtual LRefCountedObject {
- public:
-  LWorkerParams(const RCPtr<LThreadWorker>& worker, const RCPtr<LRefCountedObject>& data,
-                std::int32_t priority)
-      : mWorker(worker), mData(data), mPriority(priority) {}
+void* LThreadPool::LWorkerParams::operator new(std::size_t size) {
+  return Blocks().Allocate(size);
+}
 
-  static void* operator new(std::size_t size) { return Blocks().Allocate(size); }
-  static void operator delete(void* pointer) { Blocks().Free(pointer); }
+void LThreadPool::LWorkerParams::operator delete(void* pointer) {
+  Blocks().Free(pointer);
+}
 
-  const RCPtr<LThreadWorker> mWorker;
-  const RCPtr<LRefCountedObject> mData;
-  const std::int32_t mPriority;
-
- private:
-  using BlockAllocator = ReuseAllocator<LWorkerParams, 1>;
-
-  static BlockAllocator& Blocks() {
-    static auto& blocks = *new BlockAllocator(true);
-    return blocks;
-  }
-};
+ReuseAllocator<LThreadPool::LWorkerParams, 1>& LThreadPool::LWorkerParams::Blocks() {
+  static auto& blocks = *new ReuseAllocator<LWorkerParams, 1>(true);
+  return blocks;
+}
 
 LThreadPool::LThreadPool(std::int32_t threadCount, std::int32_t queuePriority)
     : mThreadTotal(std::max(threadCount, 0)),

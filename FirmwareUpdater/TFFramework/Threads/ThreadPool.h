@@ -1,12 +1,14 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
 #include "TFFramework/Threads/EventPool.h"
 #include "TFFramework/Threads/Mutex.h"
 #include "TFFramework/Threads/RetriggerableThreader.h"
+#include "TFFramework/Threads/ReuseAllocator.h"
 #include "TFFramework/Threads/ReuseBufferAllocator.h"
 #include "TFFramework/Utilities/Storage/RCPtrArray.h"
 
@@ -43,7 +45,23 @@ class LThreadPool : private LThreadWorker {
   using LThreadWorker::Release;
 
  private:
-  class LWorkerParams;
+  // A waiting item; its memory is recycled.
+  class LWorkerParams : public virtual LRefCountedObject {
+   public:
+    LWorkerParams(const RCPtr<LThreadWorker>& worker, const RCPtr<LRefCountedObject>& data,
+                  std::int32_t priority)
+        : mWorker(worker), mData(data), mPriority(priority) {}
+
+    static void* operator new(std::size_t size);
+    static void operator delete(void* pointer);
+
+    const RCPtr<LThreadWorker> mWorker;
+    const RCPtr<LRefCountedObject> mData;
+    const std::int32_t mPriority;
+
+   private:
+    static ReuseAllocator<LWorkerParams, 1>& Blocks();
+  };
 
   TFRESULT Work(const RCPtr<LRefCountedObject>& data) override;
   bool TryDispatch(const RCPtr<LThreadWorker>& worker, const RCPtr<LRefCountedObject>& data,

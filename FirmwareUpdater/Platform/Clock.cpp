@@ -16,12 +16,38 @@ constexpr long kNanosecondsPerSecond = 1'000'000'000;
 constexpr unsigned long kFineSlackNanoseconds = 1'000;
 constexpr unsigned long kOrdinarySlackNanoseconds = 50'000;  // What the system starts a process with.
 
+// How late the system wakes a sleeper at the most, as a rule. With fine resolution a sleep ends
+// this much early and the rest is watched, so that the many short pauses of a transfer do not
+// add up to more than their sum.
+constexpr long kWakeLatencyNanoseconds = 150'000;
+
 std::atomic<bool> gFineResolution{false};
 
 timespec Now() {
   timespec now{};
   clock_gettime(CLOCK_MONOTONIC, &now);  // Cannot fail: the clock exists and the pointer is good.
   return now;
+}
+
+bool IsBefore(const timespec& left, const timespec& right) {
+  return left.tv_sec != right.tv_sec ? left.tv_sec < right.tv_sec : left.tv_nsec < right.tv_nsec;
+}
+
+timespec Moved(timespec time, long nanoseconds) {
+  time.tv_nsec += nanoseconds;
+  if (time.tv_nsec >= kNanosecondsPerSecond) {
+    time.tv_nsec -= kNanosecondsPerSecond;
+    ++time.tv_sec;
+  } else if (time.tv_nsec < 0) {
+    time.tv_nsec += kNanosecondsPerSecond;
+    --time.tv_sec;
+  }
+  return time;
+}
+
+void SleepUntil(const timespec& until) {
+  while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) == EINTR) {
+  }
 }
 
 }  // namespace
@@ -35,12 +61,10 @@ std::uint32_t MillisecondTicks() {
 void SleepMilliseconds(std::uint32_t milliseconds) {
   timespec until = Now();
   until.tv_sec += milliseconds / kMillisecondsPerSecond;
-  until.tv_nsec += static_cast<long>(milliseconds % kMillisecondsPerSecond) * kNanosecondsPerMillisecond;
-  if (until.tv_nsec >= kNanosecondsPerSecond) {
-    until.tv_nsec -= kNanosecondsPerSecond;
-    ++until.tv_sec;
-  }
-  while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) == EINTR) {
+  until = Moved(until, static_cast<long>(milliseconds % kMillisecondsPerSecond) * kNanosecondsPerMillisecond);
+  if (milliseconds == 0 || !gFineResolution.load()) return SleepUntil(until);
+  SleepUntil(Moved(until, -kWakeLatencyNanoseconds));
+  while (IsBefore(Now(), until)) {
   }
 }
 

@@ -26,12 +26,16 @@ class HeldPool {
   ~HeldPool() {
     Open();
     mPool->Shutdown();
+    // A pool that has let go of its thread does not wait for the item.
+    if (mHeld) mLeft.Wait(kTestWait);
   }
   HeldPool(const HeldPool&) = delete;
   HeldPool& operator=(const HeldPool&) = delete;
 
   void Hold() {
     mOpen.Reset();
+    mLeft.Reset();
+    mHeld = true;
     mPool->Enqueue(mHolder, nullptr, 0);
     ASSERT_EQ(mEntered.Wait(kTestWait), kWaitSignalled);
   }
@@ -42,9 +46,12 @@ class HeldPool {
  private:
   Event mEntered{true};
   Event mOpen{false};
+  Event mLeft{false};
+  bool mHeld = false;
   const RCPtr<LThreadWorker> mHolder = MakeWorker([this](const auto&) {
     mEntered.Set();
     mOpen.Wait(kNoTimeout);
+    mLeft.Set();
     return kSuccess;
   });
   const RCPtr<LThreadPool> mPool;

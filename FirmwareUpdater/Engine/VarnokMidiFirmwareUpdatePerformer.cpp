@@ -106,7 +106,10 @@ TFRESULT LVarnokMidiFirmwareUpdatePerformer::StartDevice() {
   SendRequest(kStarting);
   if (!WaitForReply()) return Fail(NoReplyTo("the start of the transfer"));
   const Reply reply = TakeReply();
-  if (!reply) return TF::kOutOfMemory;
+  if (!reply) {
+    Fail("no memory for the reply to the start of the transfer");
+    return TF::kOutOfMemory;
+  }
   if (reply->mReplyCode == BL_REPLY_READY) return TF::kSuccess;
   return Fail(fmt::format("reply {:#04x} instead of ready to the start of the transfer", reply->mReplyCode));
 }
@@ -117,14 +120,15 @@ void LVarnokMidiFirmwareUpdatePerformer::FinishDevice() {
 }
 
 TFRESULT LVarnokMidiFirmwareUpdatePerformer::Fail(std::string_view reason) {
-  TF::LogRecord(fmt::format("Firmware transfer failed: {}. {} messages, {} bytes sent.", reason,
+  TF::LogRecord(fmt::format("Firmware transfer failed: {} (messages sent: {}, bytes: {}).", reason,
                             mCounts.mMessages, mCounts.mMessageBytes));
   return TF::kFailure;
 }
 
 void LVarnokMidiFirmwareUpdatePerformer::RecordSuccess() const {
-  TF::LogRecord(fmt::format(
-      "Firmware transfer ended: {} regions written, {} skipped, {} retries. {} messages, {} bytes sent.",
-      mCounts.mRegionsWritten, mCounts.mRegionsSkipped, mCounts.mRetries, mCounts.mMessages,
-      mCounts.mMessageBytes));
+  TF::LogRecord(
+      fmt::format("Firmware transfer ended (regions written: {}, skipped: {}, retries: {}, messages sent: "
+                  "{}, bytes: {}).",
+                  mCounts.mRegionsWritten, mCounts.mRegionsSkipped, mCounts.mRetries, mCounts.mMessages,
+                  mCounts.mMessageBytes));
 }

@@ -105,14 +105,16 @@ bool LVarnokMidiFirmwareUpdatePerformer::RequestVerification(unsigned regionInde
 }
 
 void LVarnokMidiFirmwareUpdatePerformer::RecordPass(unsigned regionIndex, const Pass& pass) const {
-  const VarnokFileRegion& region = mRegions[static_cast<int>(regionIndex)];
   if (pass.mOutcome == PassOutcome::kDone) {
-    TF::LogRecord(fmt::format("Region {} written and verified: {} sections, {} bytes.", regionIndex,
-                              region.mSections.GetCount(), std::uint32_t{region.mHeader->mDataSize}));
+    const TF::Array<VarnokFileSection>& sections = mRegions[static_cast<int>(regionIndex)].mSections;
+    std::uint64_t size = 0;
+    for (const VarnokFileSection& section : sections) size += section.mEntry->mSize;
+    TF::LogRecord(fmt::format("Region {} written and verified (sections: {}, bytes: {}).", regionIndex,
+                              sections.GetCount(), size));
   } else if (pass.mOutcome == PassOutcome::kSkipped) {
     TF::LogRecord(fmt::format("Region {} skipped: {}.", regionIndex, pass.mReason));
   } else {
-    TF::LogRecord(fmt::format("Region {} failed: {}. Retry {} of {}.", regionIndex, pass.mReason,
-                              mCounts.mRetries, mLimits.mRetries));
+    TF::LogRecord(fmt::format("Region {} failed: {} (failed passes in all: {}, allowed: {}).", regionIndex,
+                              pass.mReason, mCounts.mRetries, mLimits.mRetries));
   }
 }

@@ -229,14 +229,17 @@ TEST(FirmwareTransferFailure, RecordsNameTheReasons) {
     const char* record;
   } cases[] = {
       {{"error-reply@start"},
-       "Firmware transfer failed: reply 0x82 instead of ready to the start of the transfer. "
-       "1 messages, 17 bytes sent.\n"},
-      {{"silent@select"}, "Firmware transfer failed: region 0: no reply to its selection within 1500 ms."},
+       "Firmware transfer failed: reply 0x82 instead of ready to the start of the transfer "
+       "(messages sent: 1, bytes: 17).\n"},
+      {{"silent@select"}, "Firmware transfer failed: region 0: no reply to its selection within 1500 ms "},
       {{"error-reply@select"}, "Region 0 skipped: the device did not select it.\n"},
       {{"wrong-crc@write-acked"},
-       "Region 0 failed: section 0: an acknowledged write arrived damaged. Retry 1 of 5.\n"},
-      {{"wrong-crc@verify"}, "Region 0 failed: the device holds other data than the image. Retry 1 of 5.\n"},
-      {{"wrong-crc@verify#*"}, "Firmware transfer failed: too many failed passes."},
+       "Region 0 failed: section 0: an acknowledged write arrived damaged (failed passes in all: 1, allowed: "
+       "5).\n"},
+      {{"wrong-crc@verify"},
+       "Region 0 failed: the device holds other data than the image (failed passes in all: 1, allowed: "
+       "5).\n"},
+      {{"wrong-crc@verify#*"}, "Firmware transfer failed: too many failed passes "},
   };
   for (const auto& test : cases) {
     TestSupport::LogCapture log;

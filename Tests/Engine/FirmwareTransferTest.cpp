@@ -163,12 +163,12 @@ TEST(FirmwareTransfer, RecordsTellOfRegionsAndTheEndButNotOfPackets) {
   auto regions = TwoRegions();
   regions.push_back(MakeRegion(kOtherHardware, {{0, MakeData(5)}}));
   ASSERT_EQ(rig.Transfer(regions), TF::kSuccess);
-  EXPECT_EQ(
-      log.Text(),
-      "Region 0 written and verified: 1 sections, 2000 bytes.\n"
-      "Region 1 written and verified: 2 sections, 2220 bytes.\n"
-      "Region 2 skipped: not for hardware 0x31534c54.\n"
-      "Firmware transfer ended: 2 regions written, 1 skipped, 0 retries. 27 messages, 5460 bytes sent.\n");
+  EXPECT_EQ(log.Text(),
+            "Region 0 written and verified (sections: 1, bytes: 2000).\n"
+            "Region 1 written and verified (sections: 2, bytes: 2220).\n"
+            "Region 2 skipped: not for hardware 0x31534c54.\n"
+            "Firmware transfer ended (regions written: 2, skipped: 1, retries: 0, messages sent: 27, bytes: "
+            "5460).\n");
 }
 
 // Too little time between two writes, and the device has not stored the first one yet.

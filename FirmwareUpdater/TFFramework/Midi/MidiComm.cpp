@@ -1,6 +1,6 @@
 #include "TFFramework/Midi/MidiComm.h"
 
-#include <utility>
+#include <algorithm>
 
 #include "TFFramework/Utilities/Storage/CaseTable.h"
 
@@ -34,20 +34,40 @@ RCPtr<Port> FindOpenPort(const Ports& ports, const String& requested, const Stri
 }
 
 template <class Ports>
-bool RemoveFrom(Ports& ports, const RCPtr<LMidiPort>& port) {
+void RemoveAt(Ports& ports, std::int32_t index) {
+  ports.GetAt(index)->DropInternalReferences();
+  ports.RemoveItems(index, 1);
+}
+
+template <class Ports>
+bool RemoveFrom(Ports& ports, const LMidiPort* port) {
   for (std::int32_t i = ports.GetCount() - 1; i >= 0; --i) {
-    if (ports.GetAt(i).Get() != port.Get()) continue;
-    ports.RemoveItems(i, 1);
-    port->DropInternalReferences();
+    if (ports.GetAt(i).Get() != port) continue;
+    RemoveAt(ports, i);
     return true;
   }
   return false;
 }
 
-template <class Ports>
-void TakeAll(Ports& ports, Ports& taken) {
-  taken.Assign(ports);
-  for (std::int32_t i = 0; i < taken.GetCount(); ++i) RemoveFrom(ports, taken.GetAt(i));
+// Moves the ports that fit out of the list, so that they can close without the lock.
+template <class Ports, class Fits>
+Ports TakeOut(Ports& ports, const Fits& fits) {
+  Ports taken;
+  for (std::int32_t i = ports.GetCount() - 1; i >= 0; --i) {
+    if (!fits(*ports.GetAt(i).Get())) continue;
+    taken.Add(ports.GetAt(i));
+    RemoveAt(ports, i);
+    i = std::min(i, ports.GetCount());  // A port that goes may take others along.
+  }
+  return taken;
+}
+
+bool IsAny(const LMidiPort&) {
+  return true;
+}
+
+bool IsAbandoned(const LMidiPort& port) {
+  return port.GetRefCount() == port.GetInternalRefCount();
 }
 
 template <class Ports>
@@ -80,8 +100,8 @@ void LMidiComm::Shutdown() {
   PortList<LMidiRenderPort> renderPorts;
   {
     const MutexLock lock(GetPortsMutex());
-    TakeAll(mCapturePorts, capturePorts);
-    TakeAll(mRenderPorts, renderPorts);
+    capturePorts = TakeOut(mCapturePorts, IsAny);
+    renderPorts = TakeOut(mRenderPorts, IsAny);
   }
   CloseAll(capturePorts);
   CloseAll(renderPorts);
@@ -154,7 +174,16 @@ bool LMidiComm::Connect(Port& port, const MidiPortRequest& request) {
 
 TFRESULT LMidiComm::RemovePort(const RCPtr<LMidiPort>& port) {
   const MutexLock lock(GetPortsMutex());
-  return RemoveFrom(mCapturePorts, port) || RemoveFrom(mRenderPorts, port) ? kSuccess : kFailure;
+  const bool removed = RemoveFrom(mCapturePorts, port.Get()) || RemoveFrom(mRenderPorts, port.Get());
+  return removed ? kSuccess : kFailure;
+}
+
+void LMidiComm::RemoveAbandonedPorts() {
+  PortList<LMidiCapturePort> capturePorts;
+  PortList<LMidiRenderPort> renderPorts;
+  const MutexLock lock(GetPortsMutex());
+  capturePorts = TakeOut(mCapturePorts, IsAbandoned);
+  renderPorts = TakeOut(mRenderPorts, IsAbandoned);
 }
 
 TFRESULT LMidiComm::Send(const RCPtr<LRefCountedObject>& port, const RCPtr<LIBuffer>& data) {

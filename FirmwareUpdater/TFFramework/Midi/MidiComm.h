@@ -43,6 +43,8 @@ class LMidiComm : public LMidiCommInterface, public LThreadWorker {
   std::uint32_t GetSendTimeout() const { return mSendTimeoutMs; }
   // Takes the port and its internal reference off the list; kFailure when it is not there.
   TFRESULT RemovePort(const RCPtr<LMidiPort>& port);
+  // Removes the ports that only the lists hold.
+  void RemoveAbandonedPorts();
   // With the ports mutex held. Drops data after Shutdown.
   void EnqueueCaptured(const RCPtr<LMidiCaptureNotificationData>& data);
 

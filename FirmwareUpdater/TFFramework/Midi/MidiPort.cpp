@@ -32,6 +32,16 @@ bool LMidiPort::IsDevicePresent() {
   return status == Platform::kMidiOk;
 }
 
+std::int32_t LMidiPort::Release() {
+  // The port may be gone afterwards.
+  const RCPtr<LMidiComm> comm = mComm;
+  const std::int32_t left = LRefCountedObject::Release();
+  // Two clients that let go at the same moment, one of them just after it asked for the port
+  // again, each take the other for the last one. Then only the list still holds the port.
+  if (left == 1) comm->RemoveAbandonedPorts();
+  return left;
+}
+
 TFRESULT LMidiPort::ReleaseInternalReferences() {
   {
     const RCPtr<LMidiPort> self(this);

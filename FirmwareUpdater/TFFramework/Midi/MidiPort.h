@@ -37,6 +37,7 @@ class LMidiPort : public virtual LRefCountedObject {
   // Safe to call again.
   virtual void CloseDevice() = 0;
 
+  std::int32_t Release() override;
   TFRESULT ReleaseInternalReferences() override;
 
  protected:

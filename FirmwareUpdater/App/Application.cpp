@@ -20,6 +20,7 @@ TFRESULT LApplication::Initialize() {
     auto processor = MakeRC<LUpdateProcessor>();
     const MutexLock lock(mProcessorMutex);
     mUpdateProcessor = std::move(processor);
+    if (mExitRequestedEarly) mUpdateProcessor->RequestExit();
   }
   const TFRESULT settled = mUpdateProcessor->Initialize(mLine);
   if (Failed(settled)) return settled;
@@ -81,6 +82,7 @@ void LApplication::OnNotification(const RCPtr<LNotificationDistributor>& sender,
 
 void LApplication::RequestExit() {
   const MutexLock lock(mProcessorMutex);
+  mExitRequestedEarly = !mUpdateProcessor;
   if (mUpdateProcessor && !mUpdateProcessor->RequestExit()) {
     LogRecord("The request to end is dropped: an update is in progress.");
     return;

@@ -36,6 +36,7 @@ class LApplication : public TF::LApplicationBase<LApplication> {
 
  private:
   const TF::String mLine;
-  TF::Mutex mProcessorMutex;  // Guards the pointer against RequestExit.
+  TF::Mutex mProcessorMutex;  // Guards these two against RequestExit.
+  bool mExitRequestedEarly = false;
   TF::RCPtr<LUpdateProcessor> mUpdateProcessor;
 };

@@ -53,6 +53,9 @@ bool LUpdateEngine::ReadFirmwareFile(Array<unsigned char>& image) {
   } catch (const std::exception& exception) {
     LogRecord(exception.what());
     return false;
+  } catch (...) {
+    LogRecord("The firmware file cannot be read: an exception of unknown kind.");
+    return false;
   }
 }
 

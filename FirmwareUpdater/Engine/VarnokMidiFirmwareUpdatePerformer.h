@@ -130,6 +130,7 @@ class LVarnokMidiFirmwareUpdatePerformer : public TF::LNotificationClient {
   void TakeIn(const BootloaderReply& reply);
   bool IsExpected(const BootloaderReply& reply);
   void PrepareForReply(Phase phase);
+  void ExpectNoReply();
   bool WaitForReply();
   Reply TakeReply();
   std::string NoReplyTo(std::string_view request) const;

@@ -39,6 +39,8 @@ bool LVarnokMidiFirmwareUpdatePerformer::IsExpected(const BootloaderReply& reply
   if (reply.mCode == BL_REPLY_ACK) return false;
   if (reply.mCode == BL_REPLY_REGION) {
     if (mPhase != kSelecting) return false;
+    // The device answers in order: what is still owed now was lost and never comes.
+    mOwedReplies = 0;
     mAwaitsReply = false;
     return true;
   }
@@ -59,6 +61,12 @@ void LVarnokMidiFirmwareUpdatePerformer::PrepareForReply(Phase phase) {
   // Only a verification asks for the payload after its waits have run out.
   if (phase == kVerifying) mReplyLight.SetData(nullptr);
   mReplyLight.SetRed();
+}
+
+// For a request that did not leave.
+void LVarnokMidiFirmwareUpdatePerformer::ExpectNoReply() {
+  const TF::MutexLock lock(mReplyMutex);
+  mAwaitsReply = false;
 }
 
 // A request that did not leave gets no reply.

@@ -22,7 +22,9 @@ TFRESULT LVarnokMidiFirmwareUpdatePerformer::SendCommand() {
 
 TFRESULT LVarnokMidiFirmwareUpdatePerformer::SendRequest(Phase phase) {
   PrepareForReply(phase);
-  return SendCommand();
+  const TFRESULT result = SendCommand();
+  if (TF::Failed(result)) ExpectNoReply();
+  return result;
 }
 
 TFRESULT LVarnokMidiFirmwareUpdatePerformer::SendSelectRegion(unsigned regionIndex) {

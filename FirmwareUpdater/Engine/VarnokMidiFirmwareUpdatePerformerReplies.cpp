@@ -39,8 +39,6 @@ bool LVarnokMidiFirmwareUpdatePerformer::IsExpected(const BootloaderReply& reply
   if (reply.mCode == BL_REPLY_ACK) return false;
   if (reply.mCode == BL_REPLY_REGION) {
     if (mPhase != kSelecting) return false;
-    // The device answers in order: what is still owed now was lost and never comes.
-    mOwedReplies = 0;
     mAwaitsReply = false;
     return true;
   }

@@ -336,16 +336,6 @@ TEST_F(LateReply, OnlyAsManyRepliesAsAreOwedAreStale) {
   EXPECT_EQ(mRig->Exchanges(), Join({kStart, kRegion0, {"verify 0"}, {"select 1"}, kFinish}));
 }
 
-// A reply that is lost for good is owed no longer than to the next region that the device selects.
-TEST_F(LateReply, LostReplyDoesNotOutliveASelection) {
-  auto regions = TwoRegions();
-  regions.push_back(OneRegion(100).front());
-  Begin({"lose-reply@verify#1", "error-reply@select#3"}, regions);
-  EXPECT_EQ(mResult.get(), TF::kSuccess);
-  EXPECT_EQ(mRig->Device().Status().CountOf(MessageName::kFinish), 1u);
-  EXPECT_EQ(mRig->Device().Status().CountOf(MessageName::kSelect), 3u);
-}
-
 TEST_F(LateReply, SelectionThatGetsOnlyStaleRepliesFailsAtItsLimit) {
   Begin({"lose-reply@header", "lose-reply@select#2"}, TwoRegions());
   ASSERT_TRUE(WaitForCount(MessageName::kSelect, 2));

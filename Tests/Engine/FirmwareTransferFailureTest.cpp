@@ -305,7 +305,8 @@ TEST_F(LateReply, SecondVerificationsReplyDoesNotSkipTheNextRegion) {
   ASSERT_TRUE(WaitForCount(MessageName::kSelect, 2));
   mRig->ReplyValue(crc);
   mRig->ReplyRegion(1);
-  EXPECT_EQ(mResult.get(), TF::kSuccess);
+  ASSERT_EQ(mResult.get(), TF::kSuccess);
+  ASSERT_TRUE(mRig->WaitForFinish());
   EXPECT_EQ(mRig->Exchanges(), Join({kStart, kRegion0, {"verify 0"}, kRegion1, kFinish}));
   EXPECT_TRUE(mRig->FlashHolds(regions));
 }
@@ -318,7 +319,8 @@ TEST_F(LateReply, ErrorOwedForAVerificationIsNoAnswerToTheSelection) {
   ASSERT_TRUE(WaitForCount(MessageName::kSelect, 2));
   mRig->Reply(Simulator::kReplyError, {1, 0, 0, 0});
   mRig->ReplyRegion(1);
-  EXPECT_EQ(mResult.get(), TF::kSuccess);
+  ASSERT_EQ(mResult.get(), TF::kSuccess);
+  ASSERT_TRUE(mRig->WaitForFinish());
   EXPECT_TRUE(mRig->FlashHolds(regions));
 }
 
@@ -332,7 +334,8 @@ TEST_F(LateReply, OnlyAsManyRepliesAsAreOwedAreStale) {
   ASSERT_TRUE(WaitForCount(MessageName::kSelect, 2));
   mRig->ReplyValue(crc);
   mRig->Reply(Simulator::kReplyError, {1, 0, 0, 0});
-  EXPECT_EQ(mResult.get(), TF::kSuccess);
+  ASSERT_EQ(mResult.get(), TF::kSuccess);
+  ASSERT_TRUE(mRig->WaitForFinish());
   EXPECT_EQ(mRig->Exchanges(), Join({kStart, kRegion0, {"verify 0"}, {"select 1"}, kFinish}));
 }
 
@@ -350,7 +353,8 @@ TEST_F(LateReply, HeadersReplyDoesNotSkipItsRegion) {
   ASSERT_TRUE(WaitForCount(MessageName::kSelect, 2));
   mRig->ReplyValue(0);
   mRig->ReplyRegion(0);
-  EXPECT_EQ(mResult.get(), TF::kSuccess);
+  ASSERT_EQ(mResult.get(), TF::kSuccess);
+  ASSERT_TRUE(mRig->WaitForFinish());
   EXPECT_TRUE(mRig->FlashHolds(regions));
 }
 
@@ -361,7 +365,8 @@ TEST_F(LateReply, ReplyAtTheHeadOfTheNextPassIsNoLongerOwed) {
   Begin({"lose-reply@header", "error-reply@select#3"}, TwoRegions(), 10000);
   ASSERT_TRUE(log.WaitFor("Region 0 failed: no reply to its header"));
   mRig->ReplyValue(0);
-  EXPECT_EQ(mResult.get(), TF::kSuccess);
+  ASSERT_EQ(mResult.get(), TF::kSuccess);
+  ASSERT_TRUE(mRig->WaitForFinish());
   EXPECT_EQ(mRig->Exchanges(), Join({kStart, kBegin0, kRegion0, {"select 1"}, kFinish}));
 }
 

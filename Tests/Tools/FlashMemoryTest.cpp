@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "Tests/Tools/ComputerSide.h"
@@ -14,12 +15,11 @@ TEST(FlashMemoryTest, HoldsWhatWasWrittenLastAtEachAddress) {
   FlashMemory flash;
   EXPECT_TRUE(flash.Write(4090, Filled(20, 1)));
   EXPECT_TRUE(flash.Write(4095, Bytes{0xAA, 0xBB}));
-  Bytes expected{0xFF};
+  Bytes expected(22, 0xFF);
   const Bytes written = Filled(20, 1);
-  expected.insert(expected.end(), written.begin(), written.end());
-  expected[6] = 0xAA;
-  expected[7] = 0xBB;
-  expected.push_back(0xFF);
+  std::copy(written.begin(), written.end(), expected.begin() + 1);
+  expected.at(6) = 0xAA;
+  expected.at(7) = 0xBB;
   EXPECT_EQ(flash.Read(4089, 22), expected);
   EXPECT_EQ(flash.WrittenBytes(), 20U);
   EXPECT_EQ(flash.At(4089), std::nullopt);

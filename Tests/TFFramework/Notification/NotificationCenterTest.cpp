@@ -114,6 +114,8 @@ TEST(NotificationCenterTest, AClientMayKeepItWhileItCloses) {
   EXPECT_FALSE(client->mKept->Process(true));
   EXPECT_FALSE(client->mKept->GetPostingReceiver());
   client->Register(client->mKept, kName);
+  EXPECT_EQ(client->mClosed.size(), 1u);
+  EXPECT_EQ(client->GetRegistrationCount(), 1);
   client->mKept = nullptr;
   EXPECT_EQ(client->mClosed.size(), 2u);
   client->mKept = nullptr;

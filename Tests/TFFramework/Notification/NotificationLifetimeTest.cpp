@@ -80,6 +80,16 @@ TEST_F(NotificationLifetimeTest, EveryCycleOfRegistrationsEndsWithItsLastOutside
          for (int count = 0; count < 5; ++count) client->Register(MakeRC<TestDistributor>(), kName);
          EXPECT_EQ(LNotificationDistributor::GetActiveDistributors().size(), 5u);
        }},
+      {"one client of one distributor after the other",
+       [] {
+         const RCPtr<TestClient> client = MakeRC<TestClient>();
+         for (int count = 0; count < 3; ++count) {
+           const RCPtr<TestDistributor> distributor = MakeRC<TestDistributor>();
+           client->Unregister(distributor, client->Register(distributor, kName));
+         }
+         EXPECT_EQ(TestDistributor::GetAlive(), 0);
+         client->Register(MakeRC<TestDistributor>(), kName);
+       }},
       {"client that owns its distributor",
        [] {
          const RCPtr<OwningClient> client = MakeRC<OwningClient>();
@@ -142,7 +152,7 @@ TEST_F(NotificationLifetimeTest, AReceiverThatDropsItselfLivesUntilItsCallEnds) 
   EXPECT_EQ(distributor->Send(LNotification::Create(kName)), kNothingDone);
 }
 
-TEST_F(NotificationLifetimeTest, NotifyClosingCallsEachRegistrationOnceWhatevertheClientsDo) {
+TEST_F(NotificationLifetimeTest, NotifyClosingCallsEachRegistrationOnceWhateverTheClientsDo) {
   const RCPtr<TestDistributor> distributor = MakeRC<TestDistributor>();
   class Leaver : public TestClient {
    public:

@@ -14,6 +14,8 @@ namespace {
 
 constexpr const char16_t* kName = u"NID_TEST";
 
+class TestQueue : public LNotificationQueue, public Counted<TestQueue> {};
+
 // A queue whose distributor has one client, which writes down the payload values it gets.
 class NotificationQueueTest : public testing::Test {
  protected:
@@ -40,7 +42,7 @@ class NotificationQueueTest : public testing::Test {
   std::vector<int> mValues;
   std::function<void()> mThen;
   RCPtr<TestDistributor> mDistributor = MakeRC<TestDistributor>();
-  RCPtr<LNotificationQueue> mQueue = MakeRC<LNotificationQueue>();
+  RCPtr<TestQueue> mQueue = MakeRC<TestQueue>();
   RCPtr<TestClient> mClient = MakeRC<TestClient>([this](const auto&, const auto& notification) {
     mValues.push_back(RCPtr<Payload>(notification->GetData())->mValue);
     if (mThen) mThen();
@@ -182,8 +184,10 @@ TEST_F(NotificationQueueTest, LatestOnlyClientsGetTheLastPostAndNothingSent) {
   mQueue->Process(false);
   EXPECT_EQ(mValues, Range(3, 3));
   EXPECT_EQ(log, "OOOO");
-  Post(4, 4);
+  const RCPtr<LNotification> latest = Make(4);
+  mQueue->Post(latest);
   mQueue->Process(false);
+  mDistributor->Send(latest);
   EXPECT_EQ(mValues, Range(3, 4));
   // Back to an ordinary client, it gets everything.
   mClient->Register(mDistributor, kName, 0);
@@ -214,6 +218,7 @@ TEST_F(NotificationQueueTest, ThePostingReceiverPostsWhatAnotherDistributorSends
   EXPECT_EQ(mValues, std::vector<int>({1, 1}));
   EXPECT_EQ(receiver->OnDistributorClosing(source, notification->GetId()), kFailure);
   mQueue = nullptr;
+  EXPECT_EQ(TestQueue::GetAlive(), 0);
   EXPECT_EQ(source->Send(notification), kSuccess);
   EXPECT_EQ(source->UnregisterClient(receiver, notification->GetId()), kSuccess);
 }

@@ -72,7 +72,7 @@ TEST(EventTest, ThrowsWhenTheSystemHasNoEventLeft) {
 
 // The setter may still be inside Set when the waiter has the event destroyed.
 TEST(EventTest, WaiterMayDestroyTheEventAtOnce) {
-  for (int i = 0; i < 500; ++i) {
+  for (int i = 0; i < 100; ++i) {
     for (const bool autoReset : {true, false}) {
       auto event = std::make_unique<Event>(autoReset);
       std::thread setter([raw = event.get()] { raw->Set(); });

@@ -2,10 +2,13 @@
 
 #include <atomic>
 
+// The two compilers tell of a sanitizer in different ways.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true;
-#else
-constexpr bool kSanitized = false;
+#define HEAP_IS_TAKEN 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define HEAP_IS_TAKEN 1
+#endif
 #endif
 
 namespace {
@@ -14,7 +17,7 @@ std::atomic<std::size_t> allocations{0};
 
 }  // namespace
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#ifndef HEAP_IS_TAKEN
 
 // The run-time library's own entries, which stay reachable when a program brings its own.
 extern "C" {
@@ -43,7 +46,11 @@ void* realloc(void* block, std::size_t size) {
 namespace TF {
 
 bool CanCountAllocations() {
-  return !kSanitized;
+#ifdef HEAP_IS_TAKEN
+  return false;
+#else
+  return true;
+#endif
 }
 
 std::size_t AllocationsSoFar() {

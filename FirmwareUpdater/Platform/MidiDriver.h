@@ -13,7 +13,8 @@
 // Threads: any thread may call the operations, two threads never for the same handle at
 // once, except that ResetInput, StopInput, CloseInput and UnprepareOutputBuffer may meet the
 // port's own reader or writer thread. Callbacks come on the port's reader or writer thread,
-// except for the buffers that ResetInput hands back, which come on the thread that resets.
+// except for the buffers that ResetInput hands back, which come on the thread that resets, and
+// a long send that the device takes at once, which may be done before SendLong returns.
 // A callback must not throw; it may call every operation, for its own port too.
 namespace Platform {
 

@@ -53,7 +53,7 @@ MidiStatus MidiOutputPort::Unprepare(MidiBuffer& buffer) {
 
 void MidiOutputPort::CancelSend(MidiBuffer& buffer, std::unique_lock<std::mutex>& lock) {
   if (IsQueued(buffer)) {
-    mQueue.erase(std::find(mQueue.begin(), mQueue.end(), &buffer));
+    mQueue.erase(FindQueued(buffer));
     mFailures.push_back({&buffer, kMidiError});
     mChanged.notify_all();
   } else if (mCurrent == &buffer) {
@@ -81,7 +81,7 @@ MidiStatus MidiOutputPort::SendShort(std::uint32_t packed) {
   const auto deadline =
       std::chrono::steady_clock::now() + std::chrono::milliseconds(MidiDriver::kShortSendTimeout);
   std::unique_lock lock(mMutex);
-  const auto idle = [this] { return mClosed || (mCurrent == nullptr && mQueue.empty()); };
+  const auto idle = [this] { return mClosed || IsIdle(); };
   if (!mChanged.wait_until(lock, deadline, idle)) return kMidiError;
   if (mClosed) return kMidiInvalidHandle;
   const MidiStatus status = WriteAll(std::span(bytes).first(length), deadline);
@@ -90,21 +90,24 @@ MidiStatus MidiOutputPort::SendShort(std::uint32_t packed) {
 }
 
 MidiStatus MidiOutputPort::SendLong(MidiBuffer& buffer) {
-  if (!EnsureWriter()) {
-    MidiRecord("MIDI output \"" + mLabel + "\": the system has no thread left for the port");
-    return kMidiError;
+  {
+    const std::lock_guard lock(mMutex);
+    if (mClosed) return kMidiInvalidHandle;
+    if (!buffer.prepared) return kMidiUnprepared;
+    if (IsUnderWay(buffer)) return kMidiStillPlaying;
+    if (buffer.recorded > buffer.length) return kMidiError;
+    if (mGone) return kMidiBadDevice;
+    TakeFailure(buffer);
+    const std::size_t written = IsIdle() ? WriteAtOnce({buffer.data, buffer.recorded}) : 0;
+    buffer.done = written == buffer.recorded && mTransport->IsDrained();
+    if (!buffer.done && LeaveToWriter({&buffer, written})) return kMidiOk;
   }
-  const std::lock_guard lock(mMutex);
-  if (mClosed) return kMidiInvalidHandle;
-  if (!buffer.prepared) return kMidiUnprepared;
-  if (IsUnderWay(buffer)) return kMidiStillPlaying;
-  if (buffer.recorded > buffer.length) return kMidiError;
-  if (mGone) return kMidiBadDevice;
-  TakeFailure(buffer);
-  buffer.done = false;
-  mQueue.push_back(&buffer);
-  mChanged.notify_all();
-  return kMidiOk;
+  if (buffer.done) {
+    Announce(buffer);
+    return kMidiOk;
+  }
+  MidiRecord("MIDI output \"" + mLabel + "\": the system has no thread left for the port");
+  return kMidiError;
 }
 
 MidiStatus MidiOutputPort::Close() {
@@ -120,36 +123,56 @@ MidiStatus MidiOutputPort::Close() {
   return kMidiOk;
 }
 
-// A port that only looks whether its device is there never needs a thread.
-bool MidiOutputPort::EnsureWriter() {
-  const std::lock_guard lock(mMutex);
-  if (mWriterRuns || mClosed) return true;
-  mWriterRuns = StartMidiThread([port = shared_from_this()] { port->WriteLoop(); });
+// A port that only looks whether its device is there never needs a thread. False if the
+// system grants none.
+bool MidiOutputPort::LeaveToWriter(const Send& send) {
+  if (!mWriterRuns) mWriterRuns = StartMidiThread([port = shared_from_this()] { port->WriteLoop(); });
+  if (mWriterRuns) {
+    mQueue.push_back(send);
+    mChanged.notify_all();
+  } else {
+    mTransport->Drop();
+  }
   return mWriterRuns;
 }
 
+// Bytes that the device takes without a wait. A failure is left for the writer to meet.
+std::size_t MidiOutputPort::WriteAtOnce(std::span<const char> bytes) {
+  std::size_t written = 0;
+  while (written < bytes.size()) {
+    const auto moved = mTransport->Write(bytes.data() + written, bytes.size() - written);
+    if (moved.status != kMidiOk || moved.bytes == 0) break;
+    written += moved.bytes;
+  }
+  return written;
+}
+
 void MidiOutputPort::WriteLoop() {
-  while (MidiBuffer* buffer = NextSend()) {
-    const std::size_t length = buffer->recorded;
-    const MidiStatus status = WriteLong({buffer->data, length});
+  while (const auto send = NextSend()) {
+    MidiBuffer& buffer = *send->buffer;
+    const std::size_t length = buffer.recorded;
+    const MidiStatus status = WriteLong(std::span<const char>(buffer.data, length).subspan(send->written));
     // After a cancelled send the buffer is no longer there.
-    const bool announce = FinishSend(*buffer, status);
+    const bool announce = FinishSend(buffer, status);
     if (status != kMidiOk) ReportFailure(status, length, announce);
-    if (announce) {
-      mListener->OnMidiMessage(mHandle, MidiMessage::kLongDone, reinterpret_cast<std::uintptr_t>(buffer), 0);
-    }
+    if (announce) Announce(buffer);
   }
 }
 
-// Null once the port is closed.
-MidiBuffer* MidiOutputPort::NextSend() {
+// Nothing once the port is closed.
+std::optional<MidiOutputPort::Send> MidiOutputPort::NextSend() {
   std::unique_lock lock(mMutex);
   mChanged.wait(lock, [this] { return mClosed || !mQueue.empty(); });
-  if (mClosed) return nullptr;
-  mCurrent = mQueue.front();
+  if (mClosed) return std::nullopt;
+  const Send send = mQueue.front();
   mQueue.erase(mQueue.begin());
+  mCurrent = send.buffer;
   mCancelled = false;
-  return mCurrent;
+  return send;
+}
+
+void MidiOutputPort::Announce(MidiBuffer& buffer) {
+  mListener->OnMidiMessage(mHandle, MidiMessage::kLongDone, reinterpret_cast<std::uintptr_t>(&buffer), 0);
 }
 
 // Lets go of the buffer; true if its owner is to be told.
@@ -192,8 +215,9 @@ void MidiOutputPort::ReportFailure(MidiStatus status, std::size_t bytes, bool aw
              " bytes did not all go out: " + reason);
 }
 
-bool MidiOutputPort::IsQueued(const MidiBuffer& buffer) const {
-  return std::find(mQueue.begin(), mQueue.end(), &buffer) != mQueue.end();
+std::vector<MidiOutputPort::Send>::const_iterator MidiOutputPort::FindQueued(const MidiBuffer& buffer) const {
+  return std::find_if(mQueue.begin(), mQueue.end(),
+                      [&](const Send& send) { return send.buffer == &buffer; });
 }
 
 }  // namespace Platform

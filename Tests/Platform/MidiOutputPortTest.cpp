@@ -155,9 +155,10 @@ TEST_F(MidiOutputPortTest, ClosingCancelsWhatIsUnderWay) {
 }
 
 TEST_F(MidiOutputPortTest, ClosesUnderTheLockThatACallbackWaitsFor) {
-  LongSend send(Exclusive(10));
+  LongSend send(Exclusive(kMegabyte));  // Too long for the caller's thread: the writer announces it.
   const std::lock_guard callbackWaits(mListener->CallbackLock());
   ASSERT_EQ(Begin(send), Platform::kMidiOk);
+  mConnection.Receive(kMegabyte);
   mListener->WaitForCallback();
   EXPECT_EQ(End(send), Platform::kMidiOk);
   EXPECT_EQ(driver->CloseOutput(mPort), Platform::kMidiOk);

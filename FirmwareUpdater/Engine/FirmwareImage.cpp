@@ -13,6 +13,9 @@ constexpr unsigned char kMagic[] = {'!', 'V', 'b', 'n'};
 constexpr std::uint64_t kHeaderBytes = sizeof(VarnokFileRegionHeader);
 constexpr std::uint64_t kEntryBytes = sizeof(VarnokFileSectionEntry);
 constexpr std::uint64_t kAddressSpaceBytes = std::uint64_t{1} << 32;
+// Sections may share bytes of the file. Without a limit a small file could name its bytes so
+// often that a check of it never ends.
+constexpr std::uint64_t kMaxSharing = 16;
 
 const VarnokFileRegionHeader& HeaderAt(const unsigned char* region) {
   return *reinterpret_cast<const VarnokFileRegionHeader*>(region);
@@ -53,10 +56,14 @@ ImageCheck CheckRegion(const unsigned char* region, std::uint64_t bytesLeft, std
                        CheckSection checkSection) {
   const ImageFault headerFault = FindHeaderFault(region, bytesLeft, position);
   if (headerFault != ImageFault::kNone) return {headerFault, position, 0};
-  const std::uint32_t sectionCount = HeaderAt(region).mSectionCount;
-  for (std::uint32_t section = 0; section < sectionCount; ++section) {
+  const VarnokFileRegionHeader& header = HeaderAt(region);
+  const std::uint64_t maxNamedBytes = kMaxSharing * header.mRegionSize;
+  std::uint64_t namedBytes = 0;
+  for (std::uint32_t section = 0; section < header.mSectionCount; ++section) {
     const VarnokFileSectionEntry& entry = EntryAt(region, section);
-    ImageFault fault = FindSectionFault(HeaderAt(region), entry);
+    ImageFault fault = FindSectionFault(header, entry);
+    namedBytes += entry.mSize;
+    if (fault == ImageFault::kNone && namedBytes > maxNamedBytes) fault = ImageFault::kSectionsShareTooMuch;
     if (fault == ImageFault::kNone) fault = checkSection(region, entry);
     if (fault != ImageFault::kNone) return {fault, position, section};
   }
@@ -97,7 +104,7 @@ VarnokFileRegion ViewOf(const unsigned char* start) {
 
 bool IsFaultOfSection(ImageFault fault) {
   return fault == ImageFault::kSectionPastRegion || fault == ImageFault::kSectionPastAddressSpace ||
-         fault == ImageFault::kWrongSectionChecksum;
+         fault == ImageFault::kSectionsShareTooMuch || fault == ImageFault::kWrongSectionChecksum;
 }
 
 std::string_view NameOf(ImageFault fault) {
@@ -118,6 +125,8 @@ std::string_view NameOf(ImageFault fault) {
       return "the section's data reaches past the end of the region";
     case ImageFault::kSectionPastAddressSpace:
       return "the section reaches past the last 32-bit address";
+    case ImageFault::kSectionsShareTooMuch:
+      return "the sections name the same bytes of the file too often";
     case ImageFault::kWrongSectionChecksum:
       return "the section's data does not match its checksum";
   }

@@ -66,6 +66,7 @@ enum class ImageFault {
   kIndexIsNotPosition,
   kSectionPastRegion,
   kSectionPastAddressSpace,
+  kSectionsShareTooMuch,  // All sections up to this one are longer than 16 times the region.
   kWrongSectionChecksum,
 };
 

@@ -117,6 +117,28 @@ TEST(FirmwareImage, SectionUpToTheLastAddressPasses) {
       ValidateImageStructure(ToArray(MakeImage({MakeRegion(kHardware, {{0xFFFFFFFF - 9, MakeData(10)}})}))));
 }
 
+// One region whose sections all name the same data.
+Bytes SharingImage(std::uint32_t sections, std::size_t dataBytes) {
+  Bytes image = MakeImage({MakeRegion(kHardware, {{0, MakeData(dataBytes)}})});
+  Bytes entry(image.begin() + kFirstEntry, image.begin() + kEntryOffset + 4);
+  const auto size = static_cast<std::uint32_t>(image.size() + entry.size() * (sections - 1));
+  PutWord(image, kRegionSize, size);
+  PutWord(image, kSectionCount, sections);
+  PutWord(image, kEntryOffset, static_cast<std::uint32_t>(size - dataBytes));
+  entry.assign(image.begin() + kFirstEntry, image.begin() + kEntryOffset + 4);
+  for (std::uint32_t i = 1; i < sections; ++i)
+    image.insert(image.begin() + kFirstEntry, entry.begin(), entry.end());
+  return image;
+}
+
+TEST(FirmwareImage, SectionsMayShareBytesButNotSoOftenThatACheckNeverEnds) {
+  EXPECT_TRUE(ValidateImageChecksums(ToArray(SharingImage(16, 50'000))));
+  const ImageCheck check = CheckImageStructure(ToArray(SharingImage(20, 50'000)));
+  EXPECT_EQ(check.mFault, ImageFault::kSectionsShareTooMuch);
+  EXPECT_EQ(check.mSection, 16u);
+  EXPECT_FALSE(ValidateImageChecksums(ToArray(SharingImage(20, 50'000))));
+}
+
 // Only a cut between the two regions leaves a whole image.
 TEST(FirmwareImage, TruncatedAtAnyByteIsRefused) {
   const Bytes image = GoodImage();

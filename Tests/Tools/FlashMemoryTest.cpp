@@ -78,18 +78,3 @@ TEST(FlashMemoryTest, AnImageFillsTheFlashOfItsHardware) {
   EXPECT_EQ(FlashOf(regions, 77).Read(0x08000000, 1921), image.mRegions[0].mSections[0].mData);
   EXPECT_EQ(FlashOf(regions, 78).WrittenBytes(), 0U);
 }
-
-TEST(FlashMemoryTest, SectionsThatShareDataCannotFillTheMemory) {
-  RegionDescription region;
-  region.mSections.resize(100, {0, {1}});
-  region.mSections.push_back({0, Filled(10000, 1)});
-  Bytes bytes = BuildImage({{region}});
-  const std::size_t last = kRegionHeaderSize + 100 * kSectionEntrySize;
-  for (std::size_t index = 0; index < 100; ++index) {
-    const auto entry = bytes.begin() + static_cast<std::ptrdiff_t>(last);
-    const std::size_t to = kRegionHeaderSize + index * kSectionEntrySize;
-    std::copy(entry, entry + kSectionEntrySize, bytes.begin() + static_cast<std::ptrdiff_t>(to));
-  }
-  ASSERT_TRUE(CheckImage(bytes).empty());
-  EXPECT_THROW(FlashOf(ReadImage(bytes)), std::length_error);
-}

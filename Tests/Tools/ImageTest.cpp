@@ -140,6 +140,8 @@ TEST(VbinImageTest, NamesCheckRegionAndSectionOfEveryFault) {
       {"size that would wrap", kFirstTable + kSectionSizeOffset, 0xFFFFFFFF, Check::kDataBeyondRegion, 0, 0},
       {"offset that would wrap", kFirstTable + kSectionDataOffset, 0xFFFFFFFF, Check::kDataBeyondRegion, 0,
        0},
+      {"beyond the last address", kFirstTable + kSectionAddressOffset, 0xFFFFFFFF, Check::kAddressRange, 0,
+       0},
       {"section CRC", kSecondTable + kSectionEntrySize + kSectionCrcOffset, 1, Check::kCrc, 1, 1},
       {"data", kFirstRegionSize - 4, 0, Check::kCrc, 0, 0},
   };
@@ -175,6 +177,21 @@ TEST(VbinImageTest, TellsAllFaultsOfAnImageUpToALimit) {
   Bytes bad = BuildImage({{many}});
   std::fill(bad.end() - 3 * kMaxProblems, bad.end(), 2);
   EXPECT_EQ(CheckImage(bad).size(), kMaxProblems);
+}
+
+TEST(VbinImageTest, StopsAtSectionsThatNameTheSameBytesWithoutEnd) {
+  RegionDescription region;
+  region.mSections = {{0, Bytes(50'000, 1)}};
+  region.mSections.resize(20, {0, {}});
+  Bytes image = BuildImage({{region}});
+  const Bytes first(image.begin() + kRegionHeaderSize + 4, image.begin() + kRegionHeaderSize + 16);
+  for (std::size_t i = 1; i < 20; ++i) {
+    std::copy(first.begin(), first.end(), image.begin() + kRegionHeaderSize + i * kSectionEntrySize + 4);
+  }
+  const std::vector<Problem> problems = CheckImage(image);
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_EQ(problems[0].mCheck, Check::kSharedData);
+  EXPECT_EQ(problems[0].mSection, 16U);
 }
 
 TEST(VbinImageTest, FreeBytesOfTheFormatAreFree) {

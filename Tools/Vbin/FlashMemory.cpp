@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <stdexcept>
 
 namespace Vbin {
 namespace {
@@ -34,22 +33,9 @@ void AppendUpperAddress(std::string& text, std::uint32_t upper) {
   AppendRecord(text, kUpperAddressRecord, 0, data);
 }
 
-// A small file may name the same bytes in many sections and thus fill any amount of memory.
-void RefuseSharedData(const std::vector<Region>& regions) {
-  std::uint64_t held = 0;
-  std::uint64_t present = 0;
-  for (const Region& region : regions) {
-    present += region.mRegionSize;
-    for (const Section& section : region.mSections) held += section.mData.size();
-  }
-  if (held > present)
-    throw std::length_error(fmt::format("the sections hold {} bytes, the regions have {}", held, present));
-}
-
 }  // namespace
 
 bool FlashMemory::Write(std::uint32_t address, std::span<const std::uint8_t> bytes) {
-  constexpr std::uint64_t kAddressSpace = std::uint64_t{1} << 32;
   if (address + std::uint64_t{bytes.size()} > kAddressSpace) return false;
   while (!bytes.empty()) {
     Page& page = mPages[address / kPageSize];
@@ -103,7 +89,6 @@ std::string FlashMemory::ToIntelHex() const {
 }
 
 FlashMemory FlashOf(const std::vector<Region>& regions, std::optional<std::uint32_t> hardwareId) {
-  RefuseSharedData(regions);
   FlashMemory flash;
   for (const Region& region : regions) {
     if (hardwareId && region.mHardwareId != *hardwareId) continue;

@@ -44,8 +44,7 @@ class FlashMemory {
 };
 
 // What the flash of a device holds after it took the regions for hardwareId, or all regions
-// without one, in file order. Sections that pass the last address are left out. Throws
-// std::length_error when sections share data so that they hold more than the regions have bytes.
+// without one, in file order. Sections that pass the last address are left out.
 FlashMemory FlashOf(const std::vector<Region>& regions, std::optional<std::uint32_t> hardwareId = {});
 
 }  // namespace Vbin

@@ -167,10 +167,14 @@ class Checker {
                        region.size()));
       return;
     }
-    for (std::size_t section = 0; section < count && !IsFull(); ++section) CheckSection(region, section);
+    mNamedBytes = 0;
+    for (std::size_t section = 0; section < count && !IsFull(); ++section) {
+      if (!CheckSection(region, section)) return;
+    }
   }
 
-  void CheckSection(std::span<const std::uint8_t> region, std::size_t section) {
+  // False if looking at the further sections would take too long.
+  bool CheckSection(std::span<const std::uint8_t> region, std::size_t section) {
     const auto entry = region.subspan(kRegionHeaderSize + section * kSectionEntrySize, kSectionEntrySize);
     const std::uint64_t offset = Get(entry, kSectionDataOffset);
     const std::uint64_t size = Get(entry, kSectionSizeOffset);
@@ -178,17 +182,33 @@ class Checker {
       Note(Check::kDataBeyondRegion,
            fmt::format("mDataOffset {} plus mSize {} is beyond mRegionSize {}", offset, size, region.size()),
            section);
-      return;
+      return true;
+    }
+    mNamedBytes += size;
+    if (mNamedBytes > kMaxSharing * region.size()) {
+      Note(Check::kSharedData,
+           fmt::format("the sections up to this one name {} bytes, more than {} times mRegionSize {}",
+                       mNamedBytes, kMaxSharing, region.size()),
+           section);
+      return false;
+    }
+    const std::uint64_t address = Get(entry, kSectionAddressOffset);
+    if (address + size > kAddressSpace) {
+      Note(Check::kAddressRange,
+           fmt::format("mAddress 0x{:08X} plus mSize {} is beyond the last 32-bit address", address, size),
+           section);
     }
     const std::uint32_t stored = Get(entry, kSectionCrcOffset);
     const std::uint32_t computed = Crc32(region.subspan(offset, size));
     if (stored != computed)
       Note(Check::kCrc, fmt::format("mCrc is 0x{:08X}, the data have 0x{:08X}", stored, computed), section);
+    return true;
   }
 
   std::span<const std::uint8_t> mImage;
-  std::size_t mStart = 0;   // Of the region that is being looked at.
-  std::size_t mRegion = 0;  // Its position.
+  std::size_t mStart = 0;         // Of the region that is being looked at.
+  std::size_t mRegion = 0;        // Its position.
+  std::uint64_t mNamedBytes = 0;  // Of its sections so far.
   std::vector<Problem> mProblems;
 };
 
@@ -255,6 +275,10 @@ std::string_view CheckName(Check check) {
       return "region index";
     case Check::kDataBeyondRegion:
       return "section data beyond the region";
+    case Check::kAddressRange:
+      return "section beyond the last address";
+    case Check::kSharedData:
+      return "section data shared too often";
     case Check::kCrc:
       return "section CRC";
     case Check::kTrailingBytes:

@@ -14,8 +14,9 @@
 namespace Vbin {
 
 inline constexpr std::array<std::uint8_t, 4> kRegionMagic{0x21, 0x56, 0x62, 0x6E};
-inline constexpr std::uint32_t kRegionHeaderSize = 68;      // Bytes.
-inline constexpr std::uint32_t kSectionEntrySize = 16;      // Bytes.
+inline constexpr std::uint64_t kAddressSpace = std::uint64_t{1} << 32;  // Bytes that addresses reach.
+inline constexpr std::uint32_t kRegionHeaderSize = 68;                  // Bytes.
+inline constexpr std::uint32_t kSectionEntrySize = 16;                  // Bytes.
 inline constexpr std::uint64_t kMaxImageSize = 0x7FFFFFFF;  // Bytes; what BuildImage makes at most.
 
 // Byte offsets in a region header.
@@ -72,6 +73,8 @@ enum class Check {
   kTableBeyondRegion,
   kRegionIndex,       // mRegionIndex is not the position of the region.
   kDataBeyondRegion,  // mDataOffset plus mSize beyond mRegionSize.
+  kAddressRange,      // mAddress plus mSize beyond the last 32-bit address.
+  kSharedData,        // The sections so far are longer than kMaxSharing times mRegionSize.
   kCrc,               // mCrc differs from the data.
   kTrailingBytes,     // Bytes behind the last region that begin no further one.
 };
@@ -86,6 +89,7 @@ struct Problem {
   std::string mText;                    // Whole sentence with region, section and the numbers.
 };
 
+inline constexpr std::uint64_t kMaxSharing = 16;
 inline constexpr std::size_t kMaxProblems = 100;  // CheckImage stops looking after so many.
 
 // Everything that is wrong with an image, in file order; empty for a valid one. A region

@@ -157,7 +157,6 @@ void ImagePlan::AddSection(std::string_view text) {
 }
 
 void ImagePlan::CheckTotalSize() const {
-  constexpr std::uint64_t kAddressSpace = std::uint64_t{1} << 32;
   std::uint64_t total = 0;
   for (const RegionPlan& region : mRegions) {
     total += kRegionHeaderSize + std::uint64_t{kSectionEntrySize} * region.mSections.size();

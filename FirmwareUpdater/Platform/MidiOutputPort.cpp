@@ -216,8 +216,7 @@ void MidiOutputPort::ReportFailure(MidiStatus status, std::size_t bytes, bool aw
 }
 
 std::vector<MidiOutputPort::Send>::const_iterator MidiOutputPort::FindQueued(const MidiBuffer& buffer) const {
-  return std::find_if(mQueue.begin(), mQueue.end(),
-                      [&](const Send& send) { return send.buffer == &buffer; });
+  return std::find_if(mQueue.begin(), mQueue.end(), [&](const Send& send) { return send.buffer == &buffer; });
 }
 
 }  // namespace Platform

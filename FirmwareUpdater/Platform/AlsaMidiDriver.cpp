@@ -1,5 +1,6 @@
 #include "Platform/AlsaMidiDriver.h"
 
+#include "Platform/AlsaOutputBuffer.h"
 #include "Platform/MidiRecord.h"
 #include "Platform/MidiWait.h"
 
@@ -78,13 +79,15 @@ class AlsaTransport : public MidiTransport {
   // Whether the last packet has left is told only by a drain that waits.
   bool IsDrained() override { return false; }
 
-  // The port is writable only while its whole buffer is free (see AwaitEmptyBuffer), so this
-  // first wait can be ended; what ALSA's drain then still waits for is the last packet.
+  // The port is writable only while its whole buffer is free, so this first wait can be ended;
+  // what ALSA's drain then still waits for is the last packet. A message may make the device
+  // restart: one that goes when it has been handed every byte got the message.
   MidiStatus Drain(const EventHandle& wake) override {
     const Readiness readiness = AwaitWritable(wake, mDescriptor);
     if (readiness == Readiness::kGone) return kMidiBadDevice;
     if (readiness != Readiness::kReady) return kMidiError;
-    return MidiStatusOfErrno(-snd_rawmidi_drain(mPort.get()));
+    const MidiStatus status = MidiStatusOfErrno(-snd_rawmidi_drain(mPort.get()));
+    return status == kMidiBadDevice ? kMidiOk : status;
   }
 
   // A device that has gone has nothing left to drop.
@@ -112,18 +115,13 @@ class AlsaTransport : public MidiTransport {
   const int mDescriptor;
 };
 
-// Makes the port count as writable only when all bytes have been handed to the device: a wait
-// for that can be ended at any time, where ALSA's drain cannot.
-int AwaitEmptyBuffer(snd_rawmidi_t* port) {
+// 0 or a negative errno.
+int PrepareOutput(snd_rawmidi_t* port, int descriptor) {
   snd_rawmidi_params_t* allocated = nullptr;
   if (const int error = snd_rawmidi_params_malloc(&allocated); error < 0) return error;
   const Parameters parameters(allocated);
   if (const int error = snd_rawmidi_params_current(port, parameters.get()); error < 0) return error;
-  const std::size_t whole = snd_rawmidi_params_get_buffer_size(parameters.get());
-  if (const int error = snd_rawmidi_params_set_avail_min(port, parameters.get(), whole); error < 0) {
-    return error;
-  }
-  return snd_rawmidi_params(port, parameters.get());
+  return -AwaitWholeOutputBuffer(descriptor, snd_rawmidi_params_get_buffer_size(parameters.get()));
 }
 
 // 0 or a negative errno; then opened stays empty.
@@ -136,7 +134,7 @@ int OpenRawMidi(const std::string& address, snd_rawmidi_stream_t stream, RawMidi
   RawMidi owned(port);
   pollfd entry{};
   if (snd_rawmidi_poll_descriptors(port, &entry, 1) != 1) return -EIO;
-  if (!input) error = AwaitEmptyBuffer(port);
+  if (!input) error = PrepareOutput(port, entry.fd);
   if (error < 0) return error;
   descriptor = entry.fd;
   opened = std::move(owned);

@@ -53,6 +53,7 @@ TEST(SimulatorCommandLineTest, RefusesWhatItDoesNotUnderstandAndNamesIt) {
     const char* mNamed;
   } cases[] = {
       {{}, "--dir"},
+      {{"--dir", "x", "--gadget", "y"}, "one of --dir"},
       {{"--dir"}, "--dir"},
       {{"--dir="}, "--dir"},
       {{"--dir", "x", "--frobnicate"}, "--frobnicate"},

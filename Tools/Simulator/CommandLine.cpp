@@ -13,11 +13,13 @@ namespace {
 constexpr std::uint32_t kMaxRestartTime = 24 * 60 * 60 * 1000;  // Milliseconds.
 
 constexpr std::string_view kHelp =
-    R"(Plays a Tessel at a virtual MIDI port, until it gets SIGINT, SIGTERM or SIGHUP.
+    R"(Plays a Tessel at a virtual MIDI port or as a USB gadget, until it gets SIGINT, SIGTERM or SIGHUP.
 
-usage: tessel-simulator --dir DIR [option]...
+usage: tessel-simulator --dir DIR|--gadget DIR [option]...
 
   --dir DIR               directory of the port's sockets; made when it is missing
+  --gadget DIR            directory of a USB gadget with a MIDI function that has an id; the device
+                          is plugged in and out by binding and unbinding it
   --name NAME             name of the port (Tessel)
   --firmware A.B.C.D      version of the firmware (1.5.0.9)
   --update-version A.B.C.D  version after an update whose regions were all verified
@@ -74,8 +76,9 @@ struct Option {
   SetOption mSet;
 };
 
-constexpr std::array<Option, 14> kOptions{{
+constexpr std::array<Option, 15> kOptions{{
     {"--dir", true, [](CommandLine& line, const std::string& value) { line.mServer.mDirectory = value; }},
+    {"--gadget", true, [](CommandLine& line, const std::string& value) { line.mServer.mGadget = value; }},
     {"--name", true, [](CommandLine& line, const std::string& value) { line.mServer.mPortName = value; }},
     {"--firmware", true,
      [](CommandLine& line, const std::string& value) {
@@ -143,7 +146,8 @@ std::size_t TakeOption(std::span<const std::string> arguments, CommandLine& line
 CommandLine ParseCommandLine(std::span<const std::string> arguments) {
   CommandLine line;
   while (!arguments.empty() && !line.mHelp) arguments = arguments.subspan(TakeOption(arguments, line));
-  if (!line.mHelp && line.mServer.mDirectory.empty()) throw std::invalid_argument("--dir DIR is missing");
+  if (!line.mHelp && line.mServer.mDirectory.empty() == line.mServer.mGadget.empty())
+    throw std::invalid_argument("one of --dir DIR and --gadget DIR is needed");
   return line;
 }
 

@@ -16,6 +16,7 @@
 #include <thread>
 #include <utility>
 
+#include "Tools/Simulator/GadgetPort.h"
 #include "Tools/Simulator/TraceFile.h"
 #include "Tools/Simulator/VirtualPort.h"
 #include "Tools/Support/Descriptor.h"
@@ -54,6 +55,11 @@ class WakeUp {
   Tools::Descriptor mEvent;
 };
 
+std::unique_ptr<DevicePort> MakePort(const ServerOptions& options) {
+  if (!options.mGadget.empty()) return std::make_unique<GadgetPort>(options.mGadget);
+  return std::make_unique<VirtualPort>(options.mDirectory, options.mPortName);
+}
+
 }  // namespace
 
 // One lock guards everything but the port's descriptors while the serving thread polls them;
@@ -67,7 +73,7 @@ struct SimulatorServer::Core {
   explicit Core(ServerOptions options)
       : mOptions(std::move(options)),
         mDevice(mOptions.mDevice),
-        mPort(mOptions.mDirectory, mOptions.mPortName),
+        mPort(MakePort(mOptions)),
         mTrace(mOptions.mTraceFile) {}
 
   void OpenPort();
@@ -86,7 +92,7 @@ struct SimulatorServer::Core {
   mutable std::mutex mMutex;
   mutable std::condition_variable mChanged;
   SimulatedDevice mDevice;
-  VirtualPort mPort;
+  const std::unique_ptr<DevicePort> mPort;
   TraceFile mTrace;
   WakeUp mWakeUp;
   std::vector<Bytes> mReceived;
@@ -101,13 +107,13 @@ struct SimulatorServer::Core {
 
 void SimulatorServer::Core::OpenPort() {
   mDevice.PowerUp();
-  mPort.Open();
+  mPort->Open();
   mReturnDue.reset();
   mChanged.notify_all();
 }
 
 void SimulatorServer::Core::ClosePort() {
-  mPort.Close();
+  mPort->Close();
   mScheduled.clear();
   mReturnDue.reset();
   mChanged.notify_all();
@@ -128,7 +134,7 @@ bool SimulatorServer::Core::WaitForWork(int stopDescriptor) {
   {
     const std::lock_guard lock(mMutex);
     if (mStopping) return false;
-    mPort.AppendTo(descriptors);
+    mPort->AppendTo(descriptors);
     timeout = PollTimeout();
   }
   if (poll(descriptors.data(), descriptors.size(), timeout) < 0 && errno != EINTR) FailSystem("poll", errno);
@@ -139,7 +145,7 @@ void SimulatorServer::Core::Step() {
   const std::lock_guard lock(mMutex);
   mWakeUp.Clear();
   if (mReturnDue && *mReturnDue <= Clock::now()) OpenPort();
-  const Bytes bytes = mPort.Receive();
+  const Bytes bytes = mPort->Receive();
   if (!bytes.empty()) TakeBytes(bytes);
   RunCommands();  // After Receive, which has let everybody in who may expect what they send.
   SendDue();
@@ -178,7 +184,7 @@ void SimulatorServer::Core::SendDue() {
                                 [&](const Scheduled& scheduled) { return scheduled.mDue > now; });
   for (auto scheduled = mScheduled.begin(); scheduled != end; ++scheduled) {
     mTrace.Write("out", scheduled->mBytes);
-    mPort.Send(scheduled->mBytes);
+    mPort->Send(scheduled->mBytes);
   }
   mScheduled.erase(mScheduled.begin(), end);
 }
@@ -277,7 +283,7 @@ Vbin::FlashMemory SimulatorServer::Flash() const {
 
 bool SimulatorServer::IsPluggedIn() const {
   const std::lock_guard lock(mCore->mMutex);
-  return mCore->mPort.IsOpen();
+  return mCore->mPort->IsOpen();
 }
 
 bool SimulatorServer::WaitFor(const std::function<bool(const DeviceStatus&)>& condition,
@@ -288,14 +294,14 @@ bool SimulatorServer::WaitFor(const std::function<bool(const DeviceStatus&)>& co
 
 bool SimulatorServer::WaitForPlug(bool pluggedIn, std::chrono::milliseconds limit) const {
   std::unique_lock lock(mCore->mMutex);
-  return mCore->mChanged.wait_for(lock, limit, [&] { return mCore->mPort.IsOpen() == pluggedIn; });
+  return mCore->mChanged.wait_for(lock, limit, [&] { return mCore->mPort->IsOpen() == pluggedIn; });
 }
 
 void SimulatorServer::Send(std::span<const std::uint8_t> bytes) {
   const std::lock_guard lock(mCore->mMutex);
   mCore->mCommands.push_back([core = mCore.get(), copy = Bytes(bytes.begin(), bytes.end())] {
     core->mTrace.Write("out", copy);
-    core->mPort.Send(copy);
+    core->mPort->Send(copy);
   });
   mCore->mWakeUp.Set();
 }

@@ -15,13 +15,16 @@ namespace Simulator {
 
 struct ServerOptions {
   DeviceOptions mDevice;
-  std::string mDirectory;  // Of the port's sockets; made when it is missing.
+  // The folder of a USB gadget in the configuration file system, which then is the port; or
+  // empty, and the port is a pair of sockets in mDirectory, which is made when it is missing.
+  std::string mGadget;
+  std::string mDirectory;
   std::string mPortName = "Tessel";
   std::string mFlashFile;  // Empty: none. Intel HEX, replaced at BL_CMD_FINISH and when the server stops.
   std::string mTraceFile;  // Empty: none. One line a message: milliseconds, "in" or "out", its bytes in hex.
 };
 
-// Runs one SimulatedDevice at one virtual port. The operations may be called from any
+// Runs one SimulatedDevice at one port. The operations may be called from any
 // thread, but Open, Start, Run and Stop from one thread at a time.
 class SimulatorServer {
  public:

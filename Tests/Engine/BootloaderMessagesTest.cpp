@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "Engine/SevenBitPacking.h"
-#include "Tests/Engine/TestBytes.h"
+#include "Tests/Support/Engine/TestBytes.h"
 
 namespace {
 

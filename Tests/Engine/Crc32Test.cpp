@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "Tests/Engine/TestBytes.h"
+#include "Tests/Support/Engine/TestBytes.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "Tests/Engine/TestBytes.h"
+#include "Tests/Support/Engine/TestBytes.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <future>
 
-#include "Tests/Engine/TransferRig.h"
+#include "Tests/Support/Engine/TransferRig.h"
 #include "Tests/Support/LogCapture.h"
 
 // What a transfer makes of a device that answers wrongly, late or not at all.

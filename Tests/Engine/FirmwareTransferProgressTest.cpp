@@ -5,7 +5,7 @@
 #include "Engine/FirmwareUpdateNotifications.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
 #include "TFFramework/Notification/NotificationClient.h"
-#include "Tests/Engine/TransferRig.h"
+#include "Tests/Support/Engine/TransferRig.h"
 
 // What a transfer tells the screen of its progress.
 

@@ -3,7 +3,7 @@
 #include <chrono>
 
 #include "Engine/FirmwareUpdateNotifications.h"
-#include "Tests/Engine/TransferRig.h"
+#include "Tests/Support/Engine/TransferRig.h"
 #include "Tests/Support/LogCapture.h"
 
 // The order of the exchange, into a device that does all right.

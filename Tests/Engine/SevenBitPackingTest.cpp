@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Tests/Engine/TestBytes.h"
+#include "Tests/Support/Engine/TestBytes.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "TFFramework/ObjectBase/Wrappers.h"
 #include "Tests/Engine/FakeUpdateEngine.h"
-#include "Tests/Engine/NotificationRecorder.h"
+#include "Tests/Support/Engine/NotificationRecorder.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace {

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "Engine/BootloaderMessages.h"
-#include "Tests/Engine/NotificationRecorder.h"
-#include "Tests/Engine/TransferRig.h"
-#include "Tests/Engine/VirtualMidiEnvironment.h"
+#include "Tests/Support/Engine/EngineRig.h"
+#include "Tests/Support/Engine/NotificationRecorder.h"
+#include "Tests/Support/Engine/TransferRig.h"
 #include "Tests/Support/LogCapture.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tools/Simulator/SimulatorServer.h"
@@ -26,64 +26,6 @@ using TF::String;
 using Texts = std::vector<std::string>;
 
 constexpr std::uint32_t kLongMs = 60000;
-
-// Waits that no reply runs into; tests of silence take them shorter.
-ProbeLimits ShortProbes(std::uint32_t milliseconds = 300) {
-  ProbeLimits limits;
-  limits.mVersionReplyMs = milliseconds;
-  limits.mVersionAttempts = 2;
-  limits.mBootloaderReplyMs = milliseconds * 10;
-  limits.mOpenReplyMs = milliseconds * 10;
-  return limits;
-}
-
-Simulator::ServerOptions DeviceAt(const std::string& portName, DeviceMode mode, const Texts& faults = {}) {
-  Simulator::ServerOptions options;
-  options.mDirectory = MidiFolder();
-  options.mPortName = portName;
-  options.mDevice.mMode = mode;
-  options.mDevice.mRestartTime = std::chrono::milliseconds(50);
-  options.mDevice.mUpdateVersion = Simulator::FirmwareVersion{1, 6, 0, 47};
-  for (const std::string& fault : faults) options.mDevice.mFaults.push_back(Simulator::ParseFault(fault));
-  return options;
-}
-
-class EngineRig {
- public:
-  explicit EngineRig(const ProbeLimits& limits = ShortProbes()) : mEngine(TF::MakeRC<LUpdateEngine>()) {
-    mEngine->SetLimits(limits, ShortLimits());
-    EXPECT_EQ(mEngine->Initialize(String()), kSuccess);
-    LUpdateEngineInterface::DeviceDefinition definition;
-    definition.mCapturePortName = definition.mRenderPortName = u"Tessel";
-    definition.mUpdateCapturePortName = definition.mUpdateRenderPortName = u"Tessel";
-    EXPECT_EQ(mEngine->SetDeviceDefinitions({definition}), kSuccess);
-  }
-  ~EngineRig() { mEngine->Shutdown(); }
-
-  void SetImage(const Bytes& image) {
-    mFolder.WriteFile("fw.vbin", std::string(image.begin(), image.end()));
-    EXPECT_EQ(mEngine->SetFirmwareFile(String(mFolder.InnerEntry("fw.vbin"))), kSuccess);
-  }
-  // Probes until the device answers in this state.
-  bool RefreshUntil(std::int32_t state) {
-    for (int i = 0; i < 50 && mEngine->GetDeviceState() != state; ++i) mEngine->RefreshDeviceState();
-    return mEngine->GetDeviceState() == state;
-  }
-  void Update() {
-    ASSERT_EQ(mEngine->StartUpdate(), kSuccess);
-    ASSERT_EQ(mEngine->WaitForUpdateCompletion(kLongMs), kSuccess);
-  }
-  std::int32_t Reason() {
-    std::int32_t reason = REASON_NONE;
-    mEngine->GetDeviceStatus(0, reason);
-    return reason;
-  }
-  LUpdateEngine* operator->() { return mEngine.Get(); }
-
- private:
-  TestSupport::TemporaryFolder mFolder;
-  TF::RCPtr<LUpdateEngine> mEngine;
-};
 
 TEST(UpdateEngine, WholeLifeOfAnUpdate) {
   Simulator::SimulatorServer device(DeviceAt("Tessel MIDI 1", DeviceMode::kNormal));

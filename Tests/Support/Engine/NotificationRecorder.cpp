@@ -1,4 +1,4 @@
-#include "Tests/Engine/NotificationRecorder.h"
+#include "Tests/Support/Engine/NotificationRecorder.h"
 
 #include <fmt/format.h>
 

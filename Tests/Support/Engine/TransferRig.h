@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Engine/VarnokMidiFirmwareUpdatePerformer.h"
-#include "Tests/Engine/TestBytes.h"
+#include "Tests/Support/Engine/TestBytes.h"
 #include "Tools/Simulator/SimulatorServer.h"
 
 namespace EngineTest {

@@ -1,4 +1,4 @@
-#include "Tests/Engine/VirtualMidiEnvironment.h"
+#include "Tests/Support/Engine/VirtualMidiEnvironment.h"
 
 #include <gtest/gtest.h>
 

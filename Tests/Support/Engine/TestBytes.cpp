@@ -1,4 +1,4 @@
-#include "Tests/Engine/TestBytes.h"
+#include "Tests/Support/Engine/TestBytes.h"
 
 #include <fmt/format.h>
 

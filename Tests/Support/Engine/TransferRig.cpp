@@ -1,8 +1,8 @@
-#include "Tests/Engine/TransferRig.h"
+#include "Tests/Support/Engine/TransferRig.h"
 
 #include <fmt/format.h>
 
-#include "Tests/Engine/VirtualMidiEnvironment.h"
+#include "Tests/Support/Engine/VirtualMidiEnvironment.h"
 
 namespace EngineTest {
 

@@ -26,6 +26,10 @@ constexpr std::string_view kControlNode = "controlC";
 // What a closing port grants its last short messages to leave.
 constexpr std::chrono::milliseconds kCloseDrain{200};
 
+// Bytes that wait for a reader which is late. In ALSA's usual 4 KiB a burst of messages loses
+// its end, and nobody is told.
+constexpr std::size_t kInputBuffer = 65536;
+
 template <class Type, void (*Free)(Type*)>
 struct FreeWith {
   void operator()(Type* object) const { Free(object); }
@@ -115,13 +119,21 @@ class AlsaTransport : public MidiTransport {
   const int mDescriptor;
 };
 
-// 0 or a negative errno.
-int PrepareOutput(snd_rawmidi_t* port, int descriptor) {
+// Gives change(port, parameters) the port's parameters. 0 or a negative errno.
+template <class Change>
+int ChangeParameters(snd_rawmidi_t* port, Change change) {
   snd_rawmidi_params_t* allocated = nullptr;
   if (const int error = snd_rawmidi_params_malloc(&allocated); error < 0) return error;
   const Parameters parameters(allocated);
   if (const int error = snd_rawmidi_params_current(port, parameters.get()); error < 0) return error;
-  return -AwaitWholeOutputBuffer(descriptor, snd_rawmidi_params_get_buffer_size(parameters.get()));
+  return change(port, parameters.get());
+}
+
+int EnlargeInput(snd_rawmidi_t* port, snd_rawmidi_params_t* parameters) {
+  if (const int error = snd_rawmidi_params_set_buffer_size(port, parameters, kInputBuffer); error < 0) {
+    return error;
+  }
+  return snd_rawmidi_params(port, parameters);
 }
 
 // 0 or a negative errno; then opened stays empty.
@@ -134,7 +146,10 @@ int OpenRawMidi(const std::string& address, snd_rawmidi_stream_t stream, RawMidi
   RawMidi owned(port);
   pollfd entry{};
   if (snd_rawmidi_poll_descriptors(port, &entry, 1) != 1) return -EIO;
-  if (!input) error = PrepareOutput(port, entry.fd);
+  error = input ? ChangeParameters(port, EnlargeInput)
+                : ChangeParameters(port, [&](snd_rawmidi_t*, const snd_rawmidi_params_t* parameters) {
+                    return -AwaitWholeOutputBuffer(entry.fd, snd_rawmidi_params_get_buffer_size(parameters));
+                  });
   if (error < 0) return error;
   descriptor = entry.fd;
   opened = std::move(owned);

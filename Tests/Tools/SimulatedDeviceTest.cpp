@@ -145,20 +145,25 @@ TEST(SimulatedDeviceTest, OnlyACompleteUpdateChangesTheVersion) {
   unverified.erase(unverified.end() - 2);
   std::vector<Bytes> lostWrite = whole;
   lostWrite.erase(lostWrite.begin() + 4);
+  std::vector<Bytes> writtenAgain = whole;
+  writtenAgain.insert(writtenAgain.end() - 1, WriteCommand(kCommandWrite, 0, Filled(10, 1)));
   const struct {
     const char* mWhat;
     std::vector<Bytes> mMessages;
     DeviceMode mMode;
+    std::set<std::uint32_t> mVerified;
   } cases[] = {
-      {"nothing written", {Command(kCommandStart), Command(kCommandFinish)}, DeviceMode::kNormal},
-      {"last region unverified", unverified, DeviceMode::kBootloader},
-      {"a write lost", lostWrite, DeviceMode::kBootloader},
+      {"nothing written", {Command(kCommandStart), Command(kCommandFinish)}, DeviceMode::kNormal, {}},
+      {"last region unverified", unverified, DeviceMode::kBootloader, {0}},
+      {"a write lost", lostWrite, DeviceMode::kBootloader, {1}},
+      {"written after its verification", writtenAgain, DeviceMode::kBootloader, {0}},
   };
   for (const auto& item : cases) {
     SimulatedDevice device(InUpdateMode());
     EXPECT_TRUE(SendAll(device, item.mMessages).mPortLeaves) << item.mWhat;
     EXPECT_EQ(device.Status().mMode, item.mMode) << item.mWhat;
     EXPECT_EQ(device.Status().mFirmware, (FirmwareVersion{1, 5, 0, 9})) << item.mWhat;
+    EXPECT_EQ(device.Status().mVerifiedRegions, item.mVerified) << item.mWhat;
     device.PowerUp();
     if (item.mMode == DeviceMode::kBootloader) SendAll(device, whole);
     EXPECT_EQ(device.Status().mMode, DeviceMode::kNormal) << item.mWhat;

@@ -88,6 +88,7 @@ Reply Bootloader::Refuse(std::uint32_t error, std::string violation) {
 
 Reply Bootloader::Start() {
   Reset();
+  mVerified.clear();
   mStarted = true;
   return Answer(kReplyReady, std::span(&kReady, 1));
 }
@@ -128,8 +129,13 @@ Reply Bootloader::TakeHeader(const Request& request) {
   mExpectedCrc = ReadLittleEndian(arguments.subspan(kHeaderCrcOffset));
   mHeaderTaken = true;
   mCrc = 0;
-  mUnverified.insert(index);
+  BeginRegion();
   return Value(0);
+}
+
+void Bootloader::BeginRegion() {
+  mUnverified.insert(*mSelected);
+  mVerified.erase(*mSelected);
 }
 
 std::optional<Reply> Bootloader::Write(const Request& request) {
@@ -147,6 +153,7 @@ std::optional<Reply> Bootloader::Write(const Request& request) {
   if (!mFlash.Write(ReadLittleEndian(arguments), data))
     return refuse(kErrorAddress, "write passes the last address");
   mCrc = Vbin::Crc32(data, mCrc);
+  BeginRegion();  // Also of a region that was verified before.
   if (!acknowledged) return {};
   return Value(Vbin::Crc32(data));
 }
@@ -159,6 +166,7 @@ Reply Bootloader::VerifyRegion(const Request& request) {
   if (!mHeaderTaken) return Refuse(kErrorNoHeader, "verify before the region's header");
   if (mCrc == mExpectedCrc) {
     mUnverified.erase(index);
+    mVerified.insert(index);
     mVerifiedAny = true;
   }
   return Value(mCrc);

@@ -46,6 +46,8 @@ class Bootloader {
   void Reset();
 
   const Vbin::FlashMemory& Flash() const { return mFlash; }
+  // Regions that were verified since the last start, and not touched since.
+  const std::set<std::uint32_t>& Verified() const { return mVerified; }
   // Hands over what was against the protocol since the last call.
   std::vector<std::string> TakeViolations();
 
@@ -57,6 +59,7 @@ class Bootloader {
   std::optional<Reply> RequestFinish(const Request& request);
   Reply SelectRegion(const Request& request);
   Reply TakeHeader(const Request& request);
+  void BeginRegion();
   std::optional<Reply> Write(const Request& request);
   Reply VerifyRegion(const Request& request);
 
@@ -70,6 +73,7 @@ class Bootloader {
   std::uint32_t mExpectedCrc = 0;          // mRegionCrc of that header.
   std::uint32_t mCrc = 0;                  // Of the region's bytes as they came.
   std::set<std::uint32_t> mUnverified;     // Regions begun and not verified.
+  std::set<std::uint32_t> mVerified;       // Since the last start, and not begun again.
   bool mVerifiedAny = false;               // Since the last complete update.
   std::vector<std::string> mViolations;
 };

@@ -110,12 +110,14 @@ void GadgetPort::Open() {
   WriteAttribute(mFolder + "/UDC", FirstEntry(kControllers, ""));
   mNode = OpenNode(id);
   EnlargeInput(mNode.Get());
+  Receive();  // The kernel drops what comes before the first read.
 }
 
 void GadgetPort::Close() {
   if (!IsOpen()) return;
-  mNode.Close();
   mUnsent.clear();
+  // The cable before the port, whose closing waits for what is under way.
+  const Tools::Descriptor closing = std::move(mNode);
   WriteAttribute(mFolder + "/UDC", "\n");
 }
 

@@ -79,6 +79,7 @@ std::optional<Reply> SimulatedDevice::ExecuteInBootloader(const Request& request
   if (request.mName == MessageName::kSwitch) return {};
   std::optional<Reply> reply = mBootloader.Execute(request);
   for (std::string& violation : mBootloader.TakeViolations()) Note(std::move(violation));
+  mStatus.mVerifiedRegions = mBootloader.Verified();
   if (mBootloader.TakeFinish()) Finish(reaction);
   return reply;
 }

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -53,6 +54,8 @@ struct DeviceStatus {
   std::array<std::uint32_t, kMessageNameCount> mMessagesByName{};
   std::uint32_t mRestarts = 0;         // By the switch message and BL_CMD_FINISH.
   std::uint32_t mFinishedUpdates = 0;  // Restarts into newly written firmware.
+  // Regions verified since the last BL_CMD_START, and not written since; they outlive BL_CMD_FINISH.
+  std::set<std::uint32_t> mVerifiedRegions;
   // What the computer did against the protocol: a sentence each, the first 100.
   std::vector<std::string> mViolations;
 

@@ -75,11 +75,21 @@ stop_device() {
 
 updater() { timeout -k 5 120 tessel-firmware-updater "$@" "-ABSOLUTE_FIRMWARE_FILE_PATH=$image"; }
 
-# Runs the updater and compares its exit status.
+# Whether a program reads from the port of this address.
+is_read() {  # such as hw:1,0,0
+  local card=${1#hw:}
+  grep -A 3 "^Input 0" "/proc/asound/card${card%%,*}/midi0" | grep -q "Owner PID"
+}
+
+# The address of the device's own end of the cable.
+device_end() { echo "hw:$(readlink /proc/asound/device | tr -dc 0-9),0,0"; }
+
+# Runs the updater, leaves its records in $work/log, and compares its exit status.
 expect_status() {  # wanted, options
   local wanted=$1 status=0
   shift
-  updater "$@" -DEBUG_CONSOLE || status=$?
+  updater "$@" -DEBUG_CONSOLE >$work/log 2>&1 || status=$?
+  cat $work/log
   [ $status -eq "$wanted" ] || fail "status $status instead of $wanted: $*"
 }
 
@@ -88,6 +98,8 @@ has_status() {  # wanted
   updater -RETURN_UPDATE_MODE_STATUS || status=$?
   [ $status -eq "$1" ]
 }
+
+expect_record() { grep -q "$1" $work/log || fail "no record of: $1"; }
 
 expect_flash_equals_image() {
   vbin flash $image $work/wanted.hex --hardware-id $hardware_id

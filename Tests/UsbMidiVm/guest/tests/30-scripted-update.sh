@@ -7,5 +7,6 @@ expect_status 0 -SILENT
 until_true has_status 3
 expect_status 0 -SILENT
 until_true has_status 4
+[ "$(grep -c "port leaves" $work/trace)" -eq 2 ] || fail "the device did not leave the bus twice"
 stop_device
 expect_flash_equals_image

@@ -2,6 +2,7 @@
 
 #include "Platform/AlsaOutputBuffer.h"
 #include "Platform/MidiRecord.h"
+#include "Platform/MidiThreads.h"
 #include "Platform/MidiWait.h"
 
 #include <alsa/asoundlib.h>
@@ -58,14 +59,12 @@ class AlsaTransport : public MidiTransport {
  public:
   AlsaTransport(RawMidi port, int descriptor) : mPort(std::move(port)), mDescriptor(descriptor) {}
 
-  // ALSA's own close waits up to ten seconds for a device that takes nothing.
+  // The kernel's close waits up to ten seconds for a device that takes nothing, and for one that
+  // has gone as well, where nothing can be dropped; that one is left to a thread.
   ~AlsaTransport() override {
-    if (snd_rawmidi_stream(mPort.get()) != SND_RAWMIDI_STREAM_OUTPUT) return;
-    const EventHandle never(false);
-    const auto deadline = std::chrono::steady_clock::now() + kCloseDrain;
-    if (!never.IsValid() || AwaitWritable(never, mDescriptor, deadline) != Readiness::kReady) {
-      (void)snd_rawmidi_drop(mPort.get());
-    }
+    if (snd_rawmidi_stream(mPort.get()) != SND_RAWMIDI_STREAM_OUTPUT || HasLeft(kCloseDrain)) return;
+    if (snd_rawmidi_drop(mPort.get()) >= 0) return;
+    StartMidiThread([port = std::shared_ptr<snd_rawmidi_t>(mPort.release(), snd_rawmidi_close)] {});
   }
   AlsaTransport(const AlsaTransport&) = delete;
   AlsaTransport& operator=(const AlsaTransport&) = delete;
@@ -115,7 +114,14 @@ class AlsaTransport : public MidiTransport {
     return {0, count == 0 ? kMidiBadDevice : MidiStatusOfErrno(static_cast<int>(-count))};
   }
 
-  const RawMidi mPort;
+  // Whether all bytes have been handed to the device within this time.
+  bool HasLeft(std::chrono::milliseconds time) const {
+    const EventHandle never(false);
+    const auto deadline = std::chrono::steady_clock::now() + time;
+    return never.IsValid() && AwaitWritable(never, mDescriptor, deadline) == Readiness::kReady;
+  }
+
+  RawMidi mPort;
   const int mDescriptor;
 };
 

@@ -27,6 +27,12 @@ constexpr std::string_view kControlNode = "controlC";
 // What a closing port grants its last short messages to leave.
 constexpr std::chrono::milliseconds kCloseDrain{200};
 
+// What a sender waits itself for its bytes to be handed to the device; most messages need less.
+constexpr std::chrono::milliseconds kSoon{5};
+// Bytes that fit into one packet of the slowest USB-MIDI device: 16 events of 3 bytes. Into an
+// empty port they are handed over at once. When the device goes right afterwards nobody can ask
+// the port any more, but it most likely went because of them: a message made it restart.
+constexpr std::size_t kOnePacket = 48;
 // Bytes that wait for a reader which is late. In ALSA's usual 4 KiB a burst of messages loses
 // its end, and nobody is told.
 constexpr std::size_t kInputBuffer = 65536;
@@ -62,7 +68,10 @@ class AlsaTransport : public MidiTransport {
   // The kernel's close waits up to ten seconds for a device that takes nothing, and for one that
   // has gone as well, where nothing can be dropped; that one is left to a thread.
   ~AlsaTransport() override {
-    if (snd_rawmidi_stream(mPort.get()) != SND_RAWMIDI_STREAM_OUTPUT || HasLeft(kCloseDrain)) return;
+    if (snd_rawmidi_stream(mPort.get()) != SND_RAWMIDI_STREAM_OUTPUT ||
+        AwaitHandOver(kCloseDrain) == Readiness::kReady) {
+      return;
+    }
     if (snd_rawmidi_drop(mPort.get()) >= 0) return;
     StartMidiThread([port = std::shared_ptr<snd_rawmidi_t>(mPort.release(), snd_rawmidi_close)] {});
   }
@@ -76,21 +85,25 @@ class AlsaTransport : public MidiTransport {
   }
 
   Moved Write(const char* bytes, std::size_t count) override {
-    return Result([&] { return snd_rawmidi_write(mPort.get(), bytes, count); });
+    const bool wasEmpty = AwaitHandOver(std::chrono::milliseconds(0)) == Readiness::kReady;
+    const Moved moved = Result([&] { return snd_rawmidi_write(mPort.get(), bytes, count); });
+    mHandedOver = wasEmpty && moved.bytes == count && count <= kOnePacket;
+    return moved;
   }
 
-  // Whether the last packet has left is told only by a drain that waits.
-  bool IsDrained() override { return false; }
+  bool DrainSoon() override {
+    const Readiness readiness = AwaitHandOver(kSoon);
+    if (readiness == Readiness::kGone) return mHandedOver;
+    return readiness == Readiness::kReady && DrainLastPacket() == kMidiOk;
+  }
 
   // The port is writable only while its whole buffer is free, so this first wait can be ended;
-  // what ALSA's drain then still waits for is the last packet. A message may make the device
-  // restart: one that goes when it has been handed every byte got the message.
+  // what ALSA's drain then still waits for is the last packet.
   MidiStatus Drain(const EventHandle& wake) override {
     const Readiness readiness = AwaitWritable(wake, mDescriptor);
-    if (readiness == Readiness::kGone) return kMidiBadDevice;
+    if (readiness == Readiness::kGone) return mHandedOver ? kMidiOk : kMidiBadDevice;
     if (readiness != Readiness::kReady) return kMidiError;
-    const MidiStatus status = MidiStatusOfErrno(-snd_rawmidi_drain(mPort.get()));
-    return status == kMidiBadDevice ? kMidiOk : status;
+    return DrainLastPacket();
   }
 
   // A device that has gone has nothing left to drop.
@@ -114,15 +127,27 @@ class AlsaTransport : public MidiTransport {
     return {0, count == 0 ? kMidiBadDevice : MidiStatusOfErrno(static_cast<int>(-count))};
   }
 
-  // Whether all bytes have been handed to the device within this time.
-  bool HasLeft(std::chrono::milliseconds time) const {
-    const EventHandle never(false);
-    const auto deadline = std::chrono::steady_clock::now() + time;
-    return never.IsValid() && AwaitWritable(never, mDescriptor, deadline) == Readiness::kReady;
+  // Ready when all bytes are handed to the device.
+  Readiness AwaitHandOver(std::chrono::milliseconds time) const {
+    pollfd entry{mDescriptor, POLLOUT, 0};
+    int count = 0;
+    do {
+      count = poll(&entry, 1, static_cast<int>(time.count()));
+    } while (count < 0 && errno == EINTR);
+    if (count == 0) return Readiness::kTimeout;
+    return count == 1 && entry.revents == POLLOUT ? Readiness::kReady : Readiness::kGone;
+  }
+
+  // A message may make the device restart: one that goes when it has been handed every byte got
+  // the message.
+  MidiStatus DrainLastPacket() {
+    const MidiStatus status = MidiStatusOfErrno(-snd_rawmidi_drain(mPort.get()));
+    return status == kMidiBadDevice ? kMidiOk : status;
   }
 
   RawMidi mPort;
   const int mDescriptor;
+  bool mHandedOver = false;  // The last write was one packet into an empty port.
 };
 
 // Gives change(port, parameters) the port's parameters. 0 or a negative errno.

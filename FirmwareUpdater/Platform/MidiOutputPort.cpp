@@ -99,7 +99,7 @@ MidiStatus MidiOutputPort::SendLong(MidiBuffer& buffer) {
     if (mGone) return kMidiBadDevice;
     TakeFailure(buffer);
     const std::size_t written = IsIdle() ? WriteAtOnce({buffer.data, buffer.recorded}) : 0;
-    buffer.done = written == buffer.recorded && mTransport->IsDrained();
+    buffer.done = written == buffer.recorded && mTransport->DrainSoon();
     if (!buffer.done && LeaveToWriter({&buffer, written})) return kMidiOk;
   }
   if (buffer.done) {

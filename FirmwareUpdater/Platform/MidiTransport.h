@@ -7,9 +7,9 @@
 
 namespace Platform {
 
-// One direction of one device, opened: moves raw bytes and never blocks but in Drain. The
-// destructor lets go of the device. Read, Write, IsDrained, Drain and Drop belong to one thread at a
-// time; IsPresent may be called beside them.
+// One direction of one device, opened: moves raw bytes and never blocks but in Drain, and for a moment in
+// DrainSoon. The destructor lets go of the device. Read, Write, DrainSoon, Drain and Drop belong to one
+// thread at a time; IsPresent may be called beside them.
 class MidiTransport {
  public:
   struct Moved {
@@ -23,8 +23,8 @@ class MidiTransport {
   virtual int Descriptor() const = 0;
   virtual Moved Read(char* bytes, std::size_t count) = 0;
   virtual Moved Write(const char* bytes, std::size_t count) = 0;
-  // True if Drain would not have to wait; never waits itself.
-  virtual bool IsDrained() = 0;
+  // True if all that was written leaves the computer within some milliseconds.
+  virtual bool DrainSoon() = 0;
   // Waits until all that was written has left the computer. Setting the event ends the wait
   // with kMidiError.
   virtual MidiStatus Drain(const EventHandle& wake) = 0;

@@ -50,7 +50,7 @@ class SocketTransport : public MidiTransport {
   }
 
   // What the socket has taken is the device's to fetch.
-  bool IsDrained() override { return true; }
+  bool DrainSoon() override { return true; }
   MidiStatus Drain(const EventHandle&) override { return kMidiOk; }
   void Drop() override {}
 

@@ -33,6 +33,16 @@ RCPtr<Port> FindOpenPort(const Ports& ports, const String& requested, const Stri
   return nullptr;
 }
 
+// False for a port that was opened by a part of its device's name, when a whole name asks for
+// another device.
+bool IsMeant(const LMidiPort& port, const MidiPortRequest& request) {
+  String base;
+  std::int32_t ordinal = 0;
+  ParsePortName(request.mName, base, ordinal);
+  const String& device = port.GetDeviceName();
+  return !request.mWholeName || EqualsIgnoreCase(device, request.mName) || EqualsIgnoreCase(device, base);
+}
+
 template <class Ports>
 void RemoveAt(Ports& ports, std::int32_t index) {
   ports.GetAt(index)->DropInternalReferences();
@@ -135,9 +145,11 @@ TFRESULT LMidiComm::OpenPort(PortList<Port>& ports, const String& name, RCPtr<LR
     if (EqualsIgnoreCase(entry, name)) request = {entry, true};
     found = FindOpenPort<Port>(ports, name, entry);
   }
+  const bool isPresent = found && found->IsDevicePresent();
+  if (isPresent && !IsMeant(*found.Get(), request)) found = nullptr;
   if (!found) {
     found = OpenNewPort(ports, name, request);
-  } else if (!found->IsDevicePresent() && !Connect(*found.Get(), request)) {
+  } else if (!isPresent && !Connect(*found.Get(), request)) {
     found = nullptr;
   }
   port = found;

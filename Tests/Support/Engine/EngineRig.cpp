@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
-
-#include "Tests/Support/Engine/TransferRig.h"
 #include "Tests/Support/Engine/VirtualMidiEnvironment.h"
 
 namespace EngineTest {
@@ -39,13 +36,13 @@ Simulator::ServerOptions DeviceAt(const std::string& portName, Simulator::Device
   return options;
 }
 
-EngineRig::EngineRig(const ProbeLimits& limits, const std::string& portName, TF::RCPtr<LUpdateEngine> engine)
-    : mEngine(std::move(engine)) {
-  mEngine->SetLimits(limits, ShortLimits());
+EngineRig::EngineRig(const ProbeLimits& probe, const TransferLimits& transfer)
+    : mEngine(TF::MakeRC<LUpdateEngine>()) {
+  mEngine->SetLimits(probe, transfer);
   EXPECT_EQ(mEngine->Initialize(String()), kSuccess);
   LUpdateEngineInterface::DeviceDefinition definition;
-  definition.mCapturePortName = definition.mRenderPortName = TF::FromUtf8(portName);
-  definition.mUpdateCapturePortName = definition.mUpdateRenderPortName = definition.mCapturePortName;
+  definition.mCapturePortName = definition.mRenderPortName = u"Tessel";
+  definition.mUpdateCapturePortName = definition.mUpdateRenderPortName = u"Tessel";
   EXPECT_EQ(mEngine->SetDeviceDefinitions({definition}), kSuccess);
 }
 

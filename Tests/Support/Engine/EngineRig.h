@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Engine/UpdateEngine.h"
-#include "Tests/Support/Engine/TestBytes.h"
+#include "Tests/Support/Engine/TransferRig.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tools/Simulator/SimulatorServer.h"
 
@@ -19,12 +19,11 @@ ProbeLimits ShortProbes(std::uint32_t milliseconds = 300);
 Simulator::ServerOptions DeviceAt(const std::string& portName, Simulator::DeviceMode mode,
                                   const std::vector<std::string>& faults = {});
 
-// An initialized engine that knows of one device, at the port of the given name. Its waits for
-// a transfer are those of ShortLimits.
+// An initialized engine that knows of one device, the one at a port "Tessel".
 class EngineRig {
  public:
-  explicit EngineRig(const ProbeLimits& limits = ShortProbes(), const std::string& portName = "Tessel",
-                     TF::RCPtr<LUpdateEngine> engine = TF::MakeRC<LUpdateEngine>());
+  explicit EngineRig(const ProbeLimits& probe = ShortProbes(),
+                     const TransferLimits& transfer = ShortLimits());
   EngineRig(const EngineRig&) = delete;
   EngineRig& operator=(const EngineRig&) = delete;
   ~EngineRig() { mEngine->Shutdown(); }

@@ -71,6 +71,16 @@ TEST_F(MidiComm, AskingAgainGivesTheSamePortAndOpensOnce) {
   EXPECT_EQ(mComm->GetRawPointer(output), output.Get());
 }
 
+TEST_F(MidiComm, AWholeNameNeverGivesThePortOfAnotherDevice) {
+  mDriver.SetInputs({u"Tessel MIDI 1"});
+  const Port byPart = OpenInput(u"Tessel");
+  mDriver.SetInputs({u"Tessel MIDI 1", u"Tessel"});
+  const Port whole = OpenInput(u"Tessel");
+  EXPECT_NE(whole, byPart);
+  EXPECT_EQ(AsPort(whole).GetDeviceName(), u"Tessel");
+  EXPECT_EQ(AsPort(byPart).GetDeviceName(), u"Tessel MIDI 1");
+}
+
 TEST_F(MidiComm, TheDeviceClosesWithTheLastHandle) {
   mDriver.SetInputs({u"Tessel"});
   mDriver.SetOutputs({u"Tessel"});

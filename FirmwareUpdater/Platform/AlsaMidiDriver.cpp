@@ -182,6 +182,9 @@ int OpenRawMidi(const std::string& address, snd_rawmidi_stream_t stream, RawMidi
                     return -AwaitWholeOutputBuffer(entry.fd, snd_rawmidi_params_get_buffer_size(parameters));
                   });
   if (error < 0) return error;
+  // The kernel drops what comes before a port is asked for the first time, and the reader may be
+  // late: the answer to a quick question would be lost.
+  if (input && poll(&entry, 1, 0) < 0 && errno != EINTR) return -errno;
   descriptor = entry.fd;
   opened = std::move(owned);
   return 0;

@@ -1,0 +1,4 @@
+#pragma once
+
+// Makes the blobs that are linked into the program known to the framework. Once, at the start.
+void RegisterProgramResources();

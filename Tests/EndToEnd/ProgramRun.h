@@ -28,6 +28,7 @@ class ProgramRun {
   ProgramRun& operator=(const ProgramRun&) = delete;
   ~ProgramRun();
 
+  pid_t Process() const { return mProcess; }
   void Signal(int signal);
   // Reads standard error until text has appeared there; false when the program has ended or
   // the limit has passed without it.

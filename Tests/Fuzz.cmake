@@ -4,7 +4,7 @@ file(GLOB fuzz_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/Fuzz/*Fuzz.
 foreach(source IN LISTS fuzz_sources)
   get_filename_component(name ${source} NAME_WE)
   add_executable(${name} EXCLUDE_FROM_ALL ${source})
-  target_link_libraries(${name} PRIVATE updateengine vbinformat)
+  target_link_libraries(${name} PRIVATE updateengine vbinformat tf_controlbase)
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   add_dependencies(fuzzers ${name})
 endforeach()

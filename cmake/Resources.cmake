@@ -32,6 +32,8 @@ ${entries}  };
 }
 ")
   add_library(${target} STATIC ${stem}.s ${stem}.cpp)
-  set_source_files_properties(${stem}.s PROPERTIES OBJECT_DEPENDS "${files}")
+  # Clang complains of sanitizer options, which an assembly source has no use for.
+  set_source_files_properties(${stem}.s PROPERTIES
+    OBJECT_DEPENDS "${files}" COMPILE_OPTIONS -Wno-unused-command-line-argument)
   target_link_libraries(${target} PUBLIC tf_core)
 endfunction()

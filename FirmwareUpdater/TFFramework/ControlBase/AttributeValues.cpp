@@ -93,7 +93,7 @@ float ParseFloat(std::u16string_view text) {
   return negative ? -value : value;
 }
 
-ColorValue ParseColor(std::u16string_view text) {
+LColor ParseColor(std::u16string_view text) {
   if (text.starts_with(u"0x") || text.starts_with(u"0X")) text.remove_prefix(kHexPrefix.size());
   if (!IsAllHex(text)) return {};
   switch (text.size()) {

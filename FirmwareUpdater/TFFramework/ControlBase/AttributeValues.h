@@ -3,19 +3,11 @@
 #include <cstdint>
 #include <string_view>
 
+#include "TFFramework/Utilities/Graphics/Color.h"
+
 // What the text of an attribute means. Nothing here depends on the locale, and no text is an error:
 // what cannot be read is false or 0.
 namespace TF {
-
-// From 0 to 1 each.
-struct ColorValue {
-  float mRed = 0;
-  float mGreen = 0;
-  float mBlue = 0;
-  float mAlpha = 0;
-
-  bool operator==(const ColorValue&) const = default;
-};
 
 // True for exactly "True".
 bool ParseBool(std::u16string_view text);
@@ -28,6 +20,6 @@ std::int32_t ParseInt(std::u16string_view text);
 float ParseFloat(std::u16string_view text);
 // Hexadecimal digits behind an optional "0x" or "0X", and nothing else: eight are alpha, red, green,
 // blue; six the same without alpha, which is then 0; two are alpha alone.
-ColorValue ParseColor(std::u16string_view text);
+LColor ParseColor(std::u16string_view text);
 
 }  // namespace TF

@@ -71,7 +71,7 @@ TEST(AttributeValuesTest, ALongNumberIsReadWhole) {
 
 TEST(AttributeValuesTest, ColorsCountTheirDigits) {
   constexpr float kFull = 255 * 0.003921569F;
-  const Case<ColorValue> cases[] = {
+  const Case<LColor> cases[] = {
       {u"0xFF006991", {0, 0.4117647F, 0.5686275F, kFull}},
       {u"0XFF006991", {0, 0.4117647F, 0.5686275F, kFull}},
       {u"ff006991", {0, 0.4117647F, 0.5686275F, kFull}},
@@ -87,7 +87,7 @@ TEST(AttributeValuesTest, ColorsCountTheirDigits) {
       {u"0x0xFFFFFF", {}},
   };
   for (const auto& [text, value] : cases) {
-    const ColorValue color = ParseColor(text);
+    const LColor color = ParseColor(text);
     EXPECT_NEAR(color.mRed, value.mRed, 1e-6) << ToUtf8(text);
     EXPECT_NEAR(color.mGreen, value.mGreen, 1e-6) << ToUtf8(text);
     EXPECT_NEAR(color.mBlue, value.mBlue, 1e-6) << ToUtf8(text);

@@ -2,8 +2,8 @@
 
 #include <iostream>
 
-#include "App/ProductInfo.h"
 #include "Platform/Language.h"
+#include "TFFramework/Application/Version.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
 using namespace TF;
@@ -39,15 +39,15 @@ TFRESULT LApplication::Shutdown() {
 }
 
 String LApplication::GetCompanyName() {
-  return kCompanyName;
+  return TF::Version().GetCompanyName();
 }
 
 String LApplication::GetProductName() {
-  return kProductName;
+  return TF::Version().GetProductName();
 }
 
 String LApplication::GetProductVersion() {
-  return kProductVersion;
+  return TF::Version().GetProductVersion();
 }
 
 std::uint32_t LApplication::GetLanguage() {

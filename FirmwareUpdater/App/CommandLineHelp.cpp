@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "App/ProductInfo.h"
+#include "TFFramework/Application/Version.h"
 #include "TFFramework/Utilities/Storage/StringT.h"
 
 namespace {
@@ -46,7 +46,7 @@ bool AnswerHelpOrVersion(std::span<const std::string> arguments, std::ostream& o
       return true;
     }
     if (argument == "--version") {
-      out << "tessel-firmware-updater " << TF::ToUtf8(kProductVersion) << '\n';
+      out << "tessel-firmware-updater " << TF::ToUtf8(TF::Version().GetProductVersion()) << '\n';
       return true;
     }
   }

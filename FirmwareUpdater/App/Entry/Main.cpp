@@ -4,6 +4,7 @@
 
 #include "App/Application.h"
 #include "App/CommandLineHelp.h"
+#include "App/Resources/ProgramResources.h"
 #include "Engine/ExitStatus.h"
 #include "Platform/CommandLine.h"
 #include "Platform/Folders.h"
@@ -32,8 +33,9 @@ void RunProgram(std::span<const std::string> arguments) {
 
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
-  if (AnswerHelpOrVersion(arguments, std::cout)) return std::cout.flush() ? 0 : 1;
+  RegisterProgramResources();
   try {
+    if (AnswerHelpOrVersion(arguments, std::cout)) return std::cout.flush() ? 0 : 1;
     RunProgram(arguments);
   } catch (const std::exception& exception) {
     TF::LFrameworkApp::ReportStartupError(exception.what());

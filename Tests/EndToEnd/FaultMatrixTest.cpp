@@ -22,9 +22,11 @@ constexpr std::size_t kRandomPairs = 200;
 
 // Which of the processes this one is; set by the first of them.
 constexpr const char* kShareVariable = "FAULT_SHARE";
-// What a failure printed: a case to be run instead of random ones, or their seed.
+// What a failure printed: a case to be run instead of random ones, or their seed, which may
+// also be "random".
 constexpr const char* kCaseVariable = "FAULT_CASE";
 constexpr const char* kSeedVariable = "FAULT_SEED";
+constexpr const char* kUsualSeed = "1";
 
 void RunShare(const std::vector<FaultCase>& cases, std::size_t share) {
   for (std::size_t index = share; index < cases.size(); index += kProcesses) {
@@ -61,7 +63,8 @@ TEST(FaultMatrix, RepeatedAndHardFaultsHaveTheirEnding) {
 TEST(FaultMatrix, RandomPairsKeepTheRules) {
   if (const char* text = std::getenv(kCaseVariable)) return FaultRun(ParseFaultCase(text)).Run();
   const char* chosen = std::getenv(kSeedVariable);
-  const unsigned long seed = chosen ? std::stoul(chosen) : std::random_device()();
+  const std::string text = chosen ? chosen : kUsualSeed;
+  const unsigned long seed = text == "random" ? std::random_device()() : std::stoul(text);
   std::cout << fmt::format("{}={}\n", kSeedVariable, seed);
   std::mt19937 random(static_cast<std::mt19937::result_type>(seed));
   std::vector<FaultCase> cases(kRandomPairs);

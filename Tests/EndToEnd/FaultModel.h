@@ -16,9 +16,18 @@
 // the engine.
 namespace EndToEnd {
 
+// How much longer than usual everything takes under a sanitizer.
+#if defined(__SANITIZE_THREAD__)
+inline constexpr std::uint32_t kSlowness = 3;
+#elif defined(__SANITIZE_ADDRESS__)
+inline constexpr std::uint32_t kSlowness = 2;
+#else
+inline constexpr std::uint32_t kSlowness = 1;
+#endif
+
 // The waits that the engine is given, in the product's proportions where a fault plays with
 // them. A reply that comes at all takes a small part of its limit.
-inline constexpr std::uint32_t kReplyLimitMs = 1500;
+inline constexpr std::uint32_t kReplyLimitMs = 1500 * kSlowness;
 inline constexpr std::uint32_t kOpenLimitMs = 2 * kReplyLimitMs;
 inline constexpr std::uint32_t kLateWaitMs = kReplyLimitMs / 10;
 inline constexpr unsigned kRetries = 5;

@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::chrono::seconds kPatience{30};
 // Above the sum of all waits of the longest run, six passes with two verifications each.
-constexpr std::uint32_t kUpdateLimitMs = 60000;
+constexpr std::uint32_t kUpdateLimitMs = 60000 * kSlowness;
 constexpr int kMostRuns = 8;
 
 // Only the version queries run to their limit in a healthy run: a device in update mode

@@ -48,7 +48,12 @@ class LBitmapTest : public testing::Test {
     mFolder.WriteFile(name, std::string(bytes.begin(), bytes.end()));
   }
 
-  const std::int64_t mLiveBefore = TF::LRefCountedObject::GetLiveCount();
+  static std::int64_t CountObjects() {
+    const TF::String empty;  // Its buffer is made once and kept.
+    return TF::LRefCountedObject::GetLiveCount();
+  }
+
+  const std::int64_t mLiveBefore = CountObjects();
   const TestSupport::TemporaryFolder mFolder;
   const Bytes mSheet = SheetFile();
   const Bytes mBroken = Bytes(mSheet.begin(), mSheet.end() - 20);

@@ -21,6 +21,11 @@ std::vector<std::uint8_t> MakeImage() {
 
 }  // namespace
 
+bool InMode(const Simulator::SimulatorServer& device, Simulator::DeviceMode mode) {
+  return device.WaitFor([mode](const Simulator::DeviceStatus& status) { return status.mMode == mode; }) &&
+         device.WaitForPlug(true);
+}
+
 DeviceRig::DeviceRig() : mImage(MakeImage()) {
   mFolder.WriteFile("fw.vbin", std::string(mImage.begin(), mImage.end()));
 }

@@ -12,6 +12,9 @@ namespace EndToEnd {
 
 using Arguments = std::vector<std::string>;
 
+// Waits until the device is there in this mode; false when it never is.
+bool InMode(const Simulator::SimulatorServer& device, Simulator::DeviceMode mode);
+
 // A folder with a firmware image and the ports of simulated devices, and the updater run there.
 class DeviceRig {
  public:

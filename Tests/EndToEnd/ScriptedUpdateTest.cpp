@@ -15,11 +15,6 @@ using Simulator::DeviceStatus;
 
 constexpr const char* kNoScreen = "has no screen yet";
 
-bool InMode(const Simulator::SimulatorServer& device, DeviceMode mode) {
-  return device.WaitFor([mode](const DeviceStatus& status) { return status.mMode == mode; }) &&
-         device.WaitForPlug(true);
-}
-
 TEST(ScriptedUpdate, GoesFromStatusFiveToStatusFour) {
   DeviceRig rig;
   auto& device = rig.AddDevice(DeviceMode::kNormal);

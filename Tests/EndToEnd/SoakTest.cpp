@@ -60,21 +60,16 @@ void Print(const char* when, const Holdings& holdings) {
                            holdings.mHeapBytes);
 }
 
-void MeetInMode(const Simulator::SimulatorServer& device, DeviceMode mode) {
-  ASSERT_TRUE(device.WaitFor([=](const DeviceStatus& status) { return status.mMode == mode; }));
-  ASSERT_TRUE(device.WaitForPlug(true));
-}
-
 // The whole life of an update: scan, switch, poll, transfer, poll.
 void UpdateOnce(EngineRig& engine, Simulator::SimulatorServer& device) {
   ASSERT_EQ(engine->ScanForDevice(), TF::kSuccess);
   ASSERT_EQ(engine->GetDeviceState(), DEVICE_NOT_IN_UPDATE_MODE);
   ASSERT_GT(engine->EnterUpdateMode(), 0);
-  MeetInMode(device, DeviceMode::kBootloader);
+  ASSERT_TRUE(InMode(device, DeviceMode::kBootloader));
   ASSERT_TRUE(engine.RefreshUntil(DEVICE_IN_UPDATE_MODE));
   engine.Update();
   ASSERT_EQ(engine->GetUpdateResult(true), UPDATE_SENT);
-  MeetInMode(device, DeviceMode::kNormal);
+  ASSERT_TRUE(InMode(device, DeviceMode::kNormal));
   ASSERT_TRUE(engine.RefreshUntil(DEVICE_NOT_IN_UPDATE_MODE));
   device.ClearReceived();
   TF::LNotificationCenterManager::GetInstance()->GetCenter(TF::kApplicationCenterName)->Process(false);

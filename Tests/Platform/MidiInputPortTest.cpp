@@ -12,6 +12,8 @@ namespace {
 
 using Platform::MidiHandle;
 using Platform::MidiMessage;
+using TestSupport::Eventually;
+using TestSupport::Exclusive;
 using TestSupport::MidiBufferSet;
 using TestSupport::MidiConnection;
 using TestSupport::MidiRecorder;

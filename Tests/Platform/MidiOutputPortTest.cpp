@@ -13,6 +13,8 @@ namespace {
 using Platform::MidiBuffer;
 using Platform::MidiHandle;
 using Platform::MidiMessage;
+using TestSupport::Eventually;
+using TestSupport::Exclusive;
 using TestSupport::MidiConnection;
 using TestSupport::MidiRecorder;
 using TestSupport::MidiSocket;

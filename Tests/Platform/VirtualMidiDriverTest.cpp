@@ -15,6 +15,8 @@
 namespace {
 
 using Platform::MidiHandle;
+using TestSupport::Eventually;
+using TestSupport::Exclusive;
 using TestSupport::MidiBufferSet;
 using TestSupport::MidiRecorder;
 using TestSupport::MidiSocket;

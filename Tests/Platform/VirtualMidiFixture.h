@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -12,6 +11,7 @@
 #include <vector>
 
 #include "Platform/VirtualMidiDriver.h"
+#include "Tests/Support/Eventually.h"
 #include "Tests/Support/MidiRecorder.h"
 #include "Tests/Support/MidiSockets.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -52,24 +52,6 @@ class VirtualMidiFixture : public testing::Test {
   std::vector<std::string> Records() {
     const std::lock_guard lock(mRecordMutex);
     return mRecords;
-  }
-
-  // Asks again and again, for what has no event to wait for.
-  static bool Eventually(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition()) {
-      if (std::chrono::steady_clock::now() > deadline) return false;
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-  }
-
-  // A system-exclusive message of so many bytes, different at every place.
-  static std::string Exclusive(std::size_t size) {
-    std::string message(size, '\xF0');
-    for (std::size_t i = 1; i + 1 < size; ++i) message[i] = static_cast<char>((i * 7 + i / 128) & 0x7F);
-    message.back() = '\xF7';
-    return message;
   }
 
   TestSupport::TemporaryFolder folder;

@@ -16,6 +16,13 @@ constexpr std::chrono::seconds kPatience{20};
 
 }  // namespace
 
+std::string Exclusive(std::size_t size) {
+  std::string message(size, '\xF0');
+  for (std::size_t i = 1; i + 1 < size; ++i) message[i] = static_cast<char>((i * 7 + i / 128) & 0x7F);
+  message.back() = '\xF7';
+  return message;
+}
+
 void MidiRecorder::OnMidiMessage(Platform::MidiHandle port, MidiMessage message, std::uintptr_t first,
                                  std::uintptr_t second) {
   {

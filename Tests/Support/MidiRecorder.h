@@ -10,6 +10,9 @@
 
 namespace TestSupport {
 
+// A system-exclusive message of so many bytes, different at every place.
+std::string Exclusive(std::size_t size);
+
 // A listener that keeps what a capture or render port tells it, and hands capture buffers
 // back to the driver at once, as the MIDI service does.
 class MidiRecorder : public Platform::MidiListener {

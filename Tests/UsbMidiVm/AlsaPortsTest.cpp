@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <functional>
 #include <future>
 #include <mutex>
@@ -14,7 +14,9 @@
 #include <vector>
 
 #include "Platform/AlsaMidiDriver.h"
+#include "Tests/Support/Eventually.h"
 #include "Tests/Support/MidiRecorder.h"
+#include "Tests/Support/ProcessFootprint.h"
 #include "Tools/Simulator/GadgetPort.h"
 
 // ALSA's ports on a real USB-MIDI device, which is the kernel's gadget of the same machine. The
@@ -26,6 +28,9 @@ using Clock = std::chrono::steady_clock;
 using Platform::MidiBuffer;
 using Platform::MidiHandle;
 using Platform::MidiMessage;
+using TestSupport::Eventually;
+using TestSupport::Exclusive;
+using TestSupport::MeasureFootprint;
 using TestSupport::MidiBufferSet;
 using TestSupport::MidiRecorder;
 
@@ -34,28 +39,6 @@ constexpr std::u16string_view kPortName = u"Tessel MIDI 1";
 constexpr std::size_t kMegabyte = 1 << 20;
 // How long the kernel waits for a device that takes no more.
 constexpr std::chrono::seconds kKernelPatience{10};
-
-std::string Exclusive(std::size_t size) {
-  std::string message(size, '\xF0');
-  for (std::size_t i = 1; i + 1 < size; ++i) message[i] = static_cast<char>((i * 7 + i / 128) & 0x7F);
-  message.back() = '\xF7';
-  return message;
-}
-
-std::size_t CountEntries(const char* folder) {
-  const std::filesystem::directory_iterator entries(folder);
-  return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-}
-
-template <class Condition>
-bool Eventually(Condition condition) {
-  const auto deadline = Clock::now() + std::chrono::seconds(30);
-  while (!condition()) {
-    if (Clock::now() > deadline) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  return true;
-}
 
 class AlsaPorts : public testing::Test {
  protected:
@@ -206,13 +189,13 @@ TEST_F(AlsaPorts, LeaveNothingBehindInTwoHundredRounds) {
     EXPECT_TRUE(Platform::WaitForMidiThreads(20000));
   };
   round();
-  const std::size_t descriptors = CountEntries("/proc/self/fd"), threads = CountEntries("/proc/self/task");
+  const auto before = MeasureFootprint(getpid());
   for (int i = 0; i < 200; ++i) round();
   // The kernel takes a thread that has ended out of its list a little later.
-  EXPECT_TRUE(Eventually([&] { return CountEntries("/proc/self/task") == threads; }));
-  EXPECT_EQ(CountEntries("/proc/self/fd"), descriptors);
-  std::printf("== 200 rounds of opening and closing: %zu descriptors, %zu threads, as before\n", descriptors,
-              threads);
+  EXPECT_TRUE(Eventually([&] { return MeasureFootprint(getpid()).mThreads == before.mThreads; }));
+  EXPECT_EQ(MeasureFootprint(getpid()).mDescriptors, before.mDescriptors);
+  std::printf("== 200 rounds of opening and closing: %zu descriptors, %zu threads, as before\n",
+              before.mDescriptors, before.mThreads);
 }
 
 // However late the reader is.

@@ -13,8 +13,7 @@ namespace {
 constexpr std::u16string_view kBlanks = u" \t\n\v\f\r";
 constexpr std::u16string_view kHexPrefix = u"0x";
 constexpr std::size_t kMostHexDigits = 4;  // Of an integer.
-constexpr float kColorStep = 0.003921569F;
-constexpr std::size_t kDigitsOfChannel = 2;
+constexpr int kAlphaShift = 24;
 
 // What follows leading blanks and a sign.
 struct Signed {
@@ -49,11 +48,6 @@ std::uint32_t LeadingHex(std::u16string_view text) {
     value = value << 4 | *digit;
   }
   return value;
-}
-
-float Channel(std::u16string_view digits, std::size_t position) {
-  return static_cast<float>(LeadingHex(digits.substr(position * kDigitsOfChannel, kDigitsOfChannel))) *
-         kColorStep;
 }
 
 bool IsAllHex(std::u16string_view text) {
@@ -98,11 +92,10 @@ LColor ParseColor(std::u16string_view text) {
   if (!IsAllHex(text)) return {};
   switch (text.size()) {
     case 8:
-      return {Channel(text, 1), Channel(text, 2), Channel(text, 3), Channel(text, 0)};
     case 6:
-      return {Channel(text, 0), Channel(text, 1), Channel(text, 2), 0};
+      return LColor::FromPacked(LeadingHex(text));
     case 2:
-      return {0, 0, 0, Channel(text, 0)};
+      return LColor::FromPacked(LeadingHex(text) << kAlphaShift);
     default:
       return {};
   }

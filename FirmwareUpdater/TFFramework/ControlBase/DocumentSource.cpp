@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -16,17 +15,18 @@ namespace TF {
 
 namespace {
 
-constexpr std::u16string_view kResourceMark = u"::";
 constexpr std::u16string_view kResourceType = u"TFXML";
-constexpr std::uint32_t kReadSize = 65536;  // Bytes.
 
 }  // namespace
 
 TFRESULT DocumentSource::Open(const String& source) {
   mFile.clear();
   mBytes = {};
-  if (source.View().starts_with(kResourceMark)) {
-    return OpenResource(source.Mid(static_cast<std::int32_t>(kResourceMark.size())));
+  if (IsResourcePath(source)) {
+    const auto bytes = FindResourceOfPath(kResourceType, source);
+    if (!bytes) return kNothingDone;
+    mBytes = *bytes;
+    return kSuccess;
   }
   try {
     return ReadFile(source);
@@ -40,27 +40,12 @@ TFRESULT DocumentSource::Open(const String& source) {
   }
 }
 
-TFRESULT DocumentSource::OpenResource(const String& name) {
-  String resource = name.ToUpper();
-  resource.ReplaceAny(u".", u'_');
-  const auto bytes = FindResource(kResourceType, resource);
-  if (!bytes) return kNothingDone;
-  mBytes = *bytes;
-  return kSuccess;
-}
-
 TFRESULT DocumentSource::ReadFile(const String& path) {
   File file;
   if (Failed(file.Open(path, String(), kFileRead))) throw std::runtime_error("it does not open");
-  mFile.resize(file.GetLength());
-  std::size_t filled = 0;
-  while (filled < mFile.size()) {
-    const auto size = static_cast<std::uint32_t>(std::min<std::size_t>(mFile.size() - filled, kReadSize));
-    const std::int32_t count = file.Read(mFile.data() + filled, size);
-    if (count <= 0) break;
-    filled += static_cast<std::size_t>(count);
-  }
-  mFile.resize(filled);
+  const std::uint32_t size = file.GetLength();
+  mFile.resize(size);
+  mFile.resize(static_cast<std::size_t>(file.Read(mFile.data(), size)));
   mBytes = mFile;
   return kSuccess;
 }

@@ -26,7 +26,6 @@ class DocumentSource {
   std::span<const unsigned char> GetBytes() const { return mBytes; }
 
  private:
-  TFRESULT OpenResource(const String& name);
   TFRESULT ReadFile(const String& path);
 
   std::vector<unsigned char> mFile;

@@ -20,7 +20,6 @@ namespace TF {
 
 namespace {
 
-constexpr std::u16string_view kResourceMark = u"::";
 constexpr std::u16string_view kResourceType = u"GDIPLUS";
 constexpr std::uint32_t kMaxFileSize = 64 * 1024 * 1024;  // Bytes.
 
@@ -30,14 +29,8 @@ std::map<String, RCPtr<LBitmap>>& BitmapTable() {
   return *table;
 }
 
-bool IsResourcePath(const String& path) {
-  return path.View().starts_with(kResourceMark);
-}
-
 std::optional<Platform::Picture> DecodeResource(const String& path) {
-  String name = path.Mid(static_cast<std::int32_t>(kResourceMark.size())).ToUpper();
-  name.ReplaceAny(u".", u'_');
-  const auto bytes = FindResource(kResourceType, name);
+  const auto bytes = FindResourceOfPath(kResourceType, path);
   return bytes ? Platform::DecodePng(*bytes) : std::nullopt;
 }
 

@@ -6,6 +6,8 @@ namespace TF {
 
 namespace {
 
+constexpr std::u16string_view kPathMark = u"::";
+
 std::span<const Resource> programResources;
 
 }  // namespace
@@ -21,6 +23,17 @@ std::optional<std::span<const unsigned char>> FindResource(std::u16string_view t
       [&](const Resource& resource) { return resource.mType == type && resource.mName == name; });
   if (found == programResources.end()) return std::nullopt;
   return found->mBytes;
+}
+
+bool IsResourcePath(const String& path) {
+  return path.View().starts_with(kPathMark);
+}
+
+std::optional<std::span<const unsigned char>> FindResourceOfPath(std::u16string_view type,
+                                                                 const String& path) {
+  String name = path.Mid(static_cast<std::int32_t>(kPathMark.size())).ToUpper();
+  name.ReplaceAny(u".", u'_');
+  return FindResource(type, name);
 }
 
 }  // namespace TF

@@ -4,6 +4,8 @@
 #include <span>
 #include <string_view>
 
+#include "TFFramework/Utilities/Storage/StringT.h"
+
 namespace TF {
 
 // A blob that is part of the program, such as a document or a picture.
@@ -20,5 +22,12 @@ void SetResources(std::span<const Resource> resources);
 // program has none. Any thread.
 std::optional<std::span<const unsigned char>> FindResource(std::u16string_view type,
                                                            std::u16string_view name);
+
+// Whether a path stands for a resource: it begins with "::".
+bool IsResourcePath(const String& path);
+// The resource of this type that such a path stands for: what follows the mark, in upper case and
+// with "_" for each ".".
+std::optional<std::span<const unsigned char>> FindResourceOfPath(std::u16string_view type,
+                                                                 const String& path);
 
 }  // namespace TF

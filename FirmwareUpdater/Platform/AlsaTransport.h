@@ -1,0 +1,17 @@
+#pragma once
+
+#include <alsa/asoundlib.h>
+
+#include <memory>
+#include <string>
+
+#include "Platform/MidiTransport.h"
+
+namespace Platform {
+
+// Opens one direction of a raw MIDI subdevice, such as "hw:1,0,0", without waiting for a program
+// that holds it. 0 or a negative errno; then opened stays empty.
+int OpenAlsaTransport(const std::string& address, snd_rawmidi_stream_t stream,
+                      std::unique_ptr<MidiTransport>& opened);
+
+}  // namespace Platform

@@ -31,4 +31,18 @@ struct SizeT {
   bool operator==(const SizeT&) const = default;
 };
 
+// A width or height at or below 0 is an empty rectangle; operations that need another order say so.
+template <class T>
+struct RectT {
+  T mX{};
+  T mY{};
+  T mWidth{};
+  T mHeight{};
+
+  T GetRight() const { return mX + mWidth; }
+  T GetBottom() const { return mY + mHeight; }
+
+  bool operator==(const RectT&) const = default;
+};
+
 }  // namespace TF

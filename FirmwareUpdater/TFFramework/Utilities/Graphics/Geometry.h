@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <type_traits>
 
 namespace TF {
 
@@ -44,5 +45,42 @@ struct RectT {
 
   bool operator==(const RectT&) const = default;
 };
+
+// A side of at most this length holds nothing.
+template <class T>
+constexpr T kEmptySide = std::is_floating_point_v<T> ? static_cast<T>(std::numeric_limits<double>::epsilon())
+                                                     : T{};
+
+template <class T>
+bool IsEmpty(const RectT<T>& rect) {
+  return !(rect.mWidth > kEmptySide<T> && rect.mHeight > kEmptySide<T>);
+}
+
+// The part that both have. Where they do not overlap, a rectangle of width and height 0.
+template <class T>
+RectT<T> Intersect(const RectT<T>& a, const RectT<T>& b) {
+  // Far edges of integer rectangles may lie beyond the limits of their type.
+  using Edge = std::conditional_t<std::is_integral_v<T>, std::int64_t, T>;
+  const T x = std::max(a.mX, b.mX);
+  const T y = std::max(a.mY, b.mY);
+  const Edge width = std::min(Edge{a.mX} + a.mWidth, Edge{b.mX} + b.mWidth) - x;
+  const Edge height = std::min(Edge{a.mY} + a.mHeight, Edge{b.mY} + b.mHeight) - y;
+  if (!(width > kEmptySide<T> && height > kEmptySide<T>)) return {x, y, T{}, T{}};
+  return {x, y, static_cast<T>(width), static_cast<T>(height)};
+}
+
+// The same rectangle with a width and height of at least 0.
+template <class T>
+RectT<T> Normalize(RectT<T> rect) {
+  if (rect.mWidth < 0) {
+    rect.mX += rect.mWidth;
+    rect.mWidth = -rect.mWidth;
+  }
+  if (rect.mHeight < 0) {
+    rect.mY += rect.mHeight;
+    rect.mHeight = -rect.mHeight;
+  }
+  return rect;
+}
 
 }  // namespace TF

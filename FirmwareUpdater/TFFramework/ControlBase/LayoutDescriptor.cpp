@@ -24,7 +24,7 @@ LayoutValues::LayoutValues() {
 }
 
 RCPtr<LRefCountedObject> LLayoutDescriptor::CreateCopy() const {
-  return MakeRC<LLayoutDescriptor>(static_cast<const LayoutValues&>(*this));
+  return MakeRC<LLayoutDescriptor>(*this);
 }
 
 }  // namespace TF

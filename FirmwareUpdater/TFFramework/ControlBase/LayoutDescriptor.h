@@ -91,6 +91,8 @@ class LLayoutDescriptor : public virtual LRefCountedObject, public LayoutValues 
  public:
   LLayoutDescriptor() = default;
   explicit LLayoutDescriptor(const LayoutValues& values) : LayoutValues(values) {}
+  LLayoutDescriptor(const LLayoutDescriptor& other) : LRefCountedObject(), LayoutValues(other) {}
+  LLayoutDescriptor& operator=(const LLayoutDescriptor&) = delete;
 
   RCPtr<LRefCountedObject> CreateCopy() const override;
 };

@@ -100,6 +100,10 @@ TFRESULT XmlReader::Parse(std::span<const unsigned char> document) {
   return mErrorText.empty() ? kSuccess : kFailure;
 }
 
+std::uint32_t XmlReader::GetLine() const {
+  return mParser ? static_cast<std::uint32_t>(XML_GetCurrentLineNumber(mParser)) : 0;
+}
+
 void XmlReader::Run(XML_ParserStruct* parser, std::span<const unsigned char> document) {
   if (document.size() > INT_MAX) {
     mErrorText = "the document is too large";

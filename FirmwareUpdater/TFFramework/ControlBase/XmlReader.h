@@ -71,6 +71,8 @@ class XmlReader {
   // What the last Parse found and in which line, counted from 1; empty and 0 after a success.
   const std::string& GetErrorText() const { return mErrorText; }
   std::uint32_t GetErrorLine() const { return mErrorLine; }
+  // Where the event stands that the handler is being given; for use by the handler.
+  std::uint32_t GetLine() const;
 
  private:
   // Called by the parser, through whose frames no exception may pass.

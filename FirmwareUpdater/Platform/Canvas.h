@@ -113,6 +113,8 @@ class Canvas {
   // Draws a part of another canvas. False when it is this one.
   virtual bool DrawCanvas(const Canvas& source, const PixelRect& part, std::int32_t x, std::int32_t y) = 0;
   // Lines run through the middle of the pixels and include their ends; the least width is 1.
+  virtual void DrawLine(const CanvasPoint& from, const CanvasPoint& to, double width,
+                        std::uint32_t color) = 0;
   virtual void StrokePath(const CanvasPath& path, const PathPlacement& placement, double width,
                           std::uint32_t color) = 0;
   virtual void FillPath(const CanvasPath& path, const PathPlacement& placement, std::uint32_t color) = 0;

@@ -8,6 +8,7 @@
 #include "TFFramework/Application/ApplicationFolders.h"
 #include "TFFramework/Notification/Notification.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
+#include "TFFramework/Renderer/Renderer.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
 namespace TF {
@@ -82,6 +83,10 @@ String LFrameworkApp::GetApplicationName() {
 
 String LFrameworkApp::GetMainControlName() {
   return u"mainControl";
+}
+
+RCPtr<LRenderer> LFrameworkApp::GetRenderer() {
+  return nullptr;
 }
 
 String LFrameworkApp::GetFolder(std::int32_t id) {

@@ -9,6 +9,8 @@
 
 namespace TF {
 
+class LRenderer;
+
 // The framework's application object: what controls and program reach through one
 // process-wide pointer.
 //
@@ -39,6 +41,8 @@ class LFrameworkApp : public virtual LNotificationClient {
   virtual String GetMainControlName();
   // The user's full language number.
   virtual std::uint32_t GetLanguage() = 0;
+  // Of the first window; null while there is none.
+  virtual RCPtr<LRenderer> GetRenderer();
   // See ApplicationFolders.h for the ids.
   virtual String GetFolder(std::int32_t id);
   // Seconds since the start.

@@ -1,0 +1,47 @@
+#include "Platform/Desktop/CairoPath.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Platform {
+
+namespace {
+
+// Cairo computes in 24 bits before the point.
+constexpr double kMaxCoordinate = 1 << 20;
+
+double Limited(double value) {
+  return std::isnan(value) ? 0 : std::clamp(value, -kMaxCoordinate, kMaxCoordinate);
+}
+
+}  // namespace
+
+CairoPath::CairoPath(PathKind kind, std::span<const CanvasPoint> points) {
+  const std::size_t count = kind == PathKind::kSegments ? points.size() / 2 * 2 : points.size();
+  if (count < 2) return;
+  for (std::size_t index = 0; index < count; ++index) {
+    const bool starts = index == 0 || (kind == PathKind::kSegments && index % 2 == 0);
+    AddPoint(starts ? CAIRO_PATH_MOVE_TO : CAIRO_PATH_LINE_TO, points[index]);
+  }
+  if (kind != PathKind::kPolygon) return;
+  cairo_path_data_t close{};
+  close.header = {CAIRO_PATH_CLOSE_PATH, 1};
+  mData.push_back(close);
+}
+
+void CairoPath::AddPoint(cairo_path_data_type_t type, const CanvasPoint& point) {
+  cairo_path_data_t header{};
+  header.header = {type, 2};
+  cairo_path_data_t place{};
+  place.point = {Limited(point.mX), Limited(point.mY)};
+  mData.insert(mData.end(), {header, place});
+}
+
+void CairoPath::AppendTo(cairo_t* cairo) const {
+  if (mData.empty()) return;
+  const cairo_path_t path{CAIRO_STATUS_SUCCESS, const_cast<cairo_path_data_t*>(mData.data()),
+                          static_cast<int>(mData.size())};
+  cairo_append_path(cairo, &path);
+}
+
+}  // namespace Platform

@@ -1,0 +1,78 @@
+#include "Platform/Desktop/DesktopModule.h"
+
+#include <fontconfig/fontconfig.h>
+
+#include <utility>
+
+#include "Platform/Desktop/CairoCanvas.h"
+#include "Platform/Desktop/CairoPath.h"
+#include "Platform/Desktop/LiveObjects.h"
+#include "Platform/Desktop/PangoTextFont.h"
+#include "Platform/Desktop/PixmanPicture.h"
+
+namespace Platform {
+
+namespace {
+
+constexpr double kDotsPerInch = 96;
+
+// The same for measuring and drawing. Advances are the designer's and do not depend on hinting, which
+// only makes level strokes crisp.
+CairoOptionsHandle TextOptions() {
+  CairoOptionsHandle options(cairo_font_options_create());
+  cairo_font_options_set_antialias(options.get(), CAIRO_ANTIALIAS_GRAY);
+  cairo_font_options_set_hint_style(options.get(), CAIRO_HINT_STYLE_SLIGHT);
+  cairo_font_options_set_hint_metrics(options.get(), CAIRO_HINT_METRICS_OFF);
+  return options;
+}
+
+}  // namespace
+
+DesktopModule::~DesktopModule() {
+  if (LiveObject::GetCount() > 0) {
+    // Who outlives the desktop still draws with these.
+    static_cast<void>(mTextContext.release());
+    static_cast<void>(mFontMap.release());
+    return;
+  }
+  if (!mFontMap) return;
+  mTextContext.reset();
+  mFontMap.reset();
+  cairo_debug_reset_static_data();
+  FcFini();
+}
+
+std::unique_ptr<Canvas> DesktopModule::CreateCanvas(std::int32_t width, std::int32_t height) {
+  return std::make_unique<CairoCanvas>(width, height);
+}
+
+std::unique_ptr<CanvasPicture> DesktopModule::CreatePicture(std::int32_t width, std::int32_t height,
+                                                            std::vector<std::uint32_t> pixels) {
+  return std::make_unique<PixmanPicture>(width, height, std::move(pixels));
+}
+
+std::unique_ptr<CanvasPath> DesktopModule::CreatePath(PathKind kind, std::span<const CanvasPoint> points) {
+  return std::make_unique<CairoPath>(kind, points);
+}
+
+std::unique_ptr<CanvasFont> DesktopModule::OpenFont(const FontDescription& description) {
+  if (!(description.mSize > 0)) return nullptr;
+  return std::make_unique<PangoTextFont>(GetTextContext(), description);
+}
+
+PangoContext* DesktopModule::GetTextContext() {
+  if (mTextContext) return mTextContext.get();
+  mFontMap.reset(pango_cairo_font_map_new());
+  mTextContext.reset(pango_font_map_create_context(mFontMap.get()));
+  pango_cairo_context_set_resolution(mTextContext.get(), kDotsPerInch);
+  pango_cairo_context_set_font_options(mTextContext.get(), TextOptions().get());
+  return mTextContext.get();
+}
+
+}  // namespace Platform
+
+// Found by name in the loaded module.
+extern "C" Platform::Desktop* TesselDesktop() {
+  static Platform::DesktopModule desktop;
+  return &desktop;
+}

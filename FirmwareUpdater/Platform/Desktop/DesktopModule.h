@@ -1,0 +1,32 @@
+#pragma once
+
+#include <pango/pangocairo.h>
+
+#include <memory>
+
+#include "Platform/Desktop.h"
+#include "Platform/Desktop/Handles.h"
+
+namespace Platform {
+
+// The desktop with Cairo and Pango behind it. Its end gives back what the libraries keep for the whole
+// process, unless something made here is still alive.
+class DesktopModule : public Desktop {
+ public:
+  ~DesktopModule() override;
+
+  std::unique_ptr<Canvas> CreateCanvas(std::int32_t width, std::int32_t height) override;
+  std::unique_ptr<CanvasPicture> CreatePicture(std::int32_t width, std::int32_t height,
+                                               std::vector<std::uint32_t> pixels) override;
+  std::unique_ptr<CanvasPath> CreatePath(PathKind kind, std::span<const CanvasPoint> points) override;
+  std::unique_ptr<CanvasFont> OpenFont(const FontDescription& description) override;
+
+ private:
+  PangoContext* GetTextContext();
+
+  // Made with the first font: looking for fonts takes milliseconds.
+  GObjectHandle<PangoFontMap> mFontMap;
+  GObjectHandle<PangoContext> mTextContext;
+};
+
+}  // namespace Platform

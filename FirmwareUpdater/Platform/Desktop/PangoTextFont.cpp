@@ -1,0 +1,92 @@
+#include "Platform/Desktop/PangoTextFont.h"
+
+#include <cairo-ft.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
+#include "Platform/Desktop/CleanUtf8.h"
+
+namespace Platform {
+
+namespace {
+
+constexpr std::size_t kMaxLayouts = 128;
+// Code units. What is longer reaches beyond every screen.
+constexpr std::size_t kMaxTextLength = 16384;
+constexpr double kMaxSize = 1000;  // Points.
+
+FontDescriptionHandle Describe(const FontDescription& description) {
+  FontDescriptionHandle result(pango_font_description_new());
+  const std::string family = CleanUtf8(description.mFamily);
+  pango_font_description_set_family(result.get(), family.empty() ? "Sans" : family.c_str());
+  pango_font_description_set_size(
+      result.get(), static_cast<int>(std::min(description.mSize, kMaxSize) * PANGO_SCALE + 0.5));
+  pango_font_description_set_weight(result.get(),
+                                    description.mBold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+  pango_font_description_set_style(result.get(),
+                                   description.mItalic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+  return result;
+}
+
+}  // namespace
+
+PangoTextFont::PangoTextFont(PangoContext* context, const FontDescription& description)
+    : mContext(context), mDescription(Describe(description)), mDesign(ReadDesign()) {}
+
+FontDesign PangoTextFont::ReadDesign() const {
+  const GObjectHandle<PangoFont> font(pango_context_load_font(mContext, mDescription.get()));
+  cairo_scaled_font_t* const scaled =
+      font ? pango_cairo_font_get_scaled_font(PANGO_CAIRO_FONT(font.get())) : nullptr;
+  const FT_Face face = scaled ? cairo_ft_scaled_font_lock_face(scaled) : nullptr;
+  if (!face) return {};
+  FontDesign design;
+  if (face->units_per_EM > 0) {
+    const double unit = face->units_per_EM;
+    design = {face->ascender / unit, -face->descender / unit, face->height / unit};
+  }
+  cairo_ft_scaled_font_unlock_face(scaled);
+  return design;
+}
+
+double PangoTextFont::MeasureWidth(std::u16string_view text) {
+  return text.empty() ? 0 : FindLayout(text).mWidth;
+}
+
+void PangoTextFont::Show(cairo_t* cairo, std::u16string_view text, double x, double baseline) {
+  const TextLayout& layout = FindLayout(text);
+  cairo_move_to(cairo, x, baseline - layout.mBaseline);
+  pango_cairo_show_layout(cairo, layout.mLayout.get());
+}
+
+const PangoTextFont::TextLayout& PangoTextFont::FindLayout(std::u16string_view text) {
+  text = text.substr(0, kMaxTextLength);
+  const auto found = mIndex.find(text);
+  if (found != mIndex.end()) {
+    mLayouts.splice(mLayouts.begin(), mLayouts, found->second);
+    return mLayouts.front();
+  }
+  mLayouts.push_front(MakeLayout(text));
+  mIndex.emplace(mLayouts.front().mText, mLayouts.begin());
+  if (mLayouts.size() > kMaxLayouts) {
+    mIndex.erase(mLayouts.back().mText);
+    mLayouts.pop_back();
+  }
+  return mLayouts.front();
+}
+
+PangoTextFont::TextLayout PangoTextFont::MakeLayout(std::u16string_view text) const {
+  TextLayout result{std::u16string(text), GObjectHandle<PangoLayout>(pango_layout_new(mContext))};
+  PangoLayout* const layout = result.mLayout.get();
+  pango_layout_set_font_description(layout, mDescription.get());
+  const std::string utf8 = CleanUtf8(text);
+  pango_layout_set_text(layout, utf8.data(), static_cast<int>(utf8.size()));
+  PangoRectangle logical;
+  pango_layout_get_extents(layout, nullptr, &logical);
+  result.mWidth = static_cast<double>(logical.x + logical.width) / PANGO_SCALE;
+  result.mBaseline = static_cast<double>(pango_layout_get_baseline(layout)) / PANGO_SCALE;
+  return result;
+}
+
+}  // namespace Platform

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <pango/pangocairo.h>
+
+#include <cstddef>
+#include <list>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "Platform/Canvas.h"
+#include "Platform/Desktop/Handles.h"
+#include "Platform/Desktop/LiveObjects.h"
+
+namespace Platform {
+
+// A font as Pango finds it, with the layouts of the texts that were used last: a label's text is
+// shaped once and then only shown.
+class PangoTextFont : public CanvasFont {
+ public:
+  PangoTextFont(PangoContext* context, const FontDescription& description);
+
+  FontDesign GetDesign() const override { return mDesign; }
+  double MeasureWidth(std::u16string_view text) override;
+  void Show(cairo_t* cairo, std::u16string_view text, double x, double baseline);
+
+ private:
+  struct TextLayout {
+    std::u16string mText;
+    GObjectHandle<PangoLayout> mLayout;
+    double mWidth = 0;
+    double mBaseline = 0;  // Below the layout's top.
+  };
+
+  const TextLayout& FindLayout(std::u16string_view text);
+  TextLayout MakeLayout(std::u16string_view text) const;
+  FontDesign ReadDesign() const;
+
+  LiveObject mLive;
+  PangoContext* const mContext;
+  FontDescriptionHandle mDescription;
+  FontDesign mDesign;
+  std::list<TextLayout> mLayouts;  // The one used last first.
+  // The keys are the texts in mLayouts.
+  std::unordered_map<std::u16string_view, std::list<TextLayout>::iterator> mIndex;
+};
+
+}  // namespace Platform

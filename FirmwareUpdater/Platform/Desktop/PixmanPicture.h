@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "Platform/Canvas.h"
+#include "Platform/Desktop/Handles.h"
+
+namespace Platform {
+
+class PixmanPicture : public CanvasPicture {
+ public:
+  // Throws invalid_argument when the pixels are not width times height.
+  PixmanPicture(std::int32_t width, std::int32_t height, std::vector<std::uint32_t> pixels);
+
+  std::int32_t GetWidth() const { return mWidth; }
+  std::int32_t GetHeight() const { return mHeight; }
+  // Without a transparent pixel, so that copying does.
+  bool IsOpaque() const { return mIsOpaque; }
+  pixman_image_t* GetImage() const { return mImage.get(); }
+
+ private:
+  const std::int32_t mWidth;
+  const std::int32_t mHeight;
+  std::vector<std::uint32_t> mPixels;
+  const bool mIsOpaque;
+  PixmanImageHandle mImage;
+};
+
+}  // namespace Platform

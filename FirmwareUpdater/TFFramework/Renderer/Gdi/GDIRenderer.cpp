@@ -1,0 +1,162 @@
+#include "TFFramework/Renderer/Gdi/GDIRenderer.h"
+
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+#include "Platform/Clock.h"
+#include "Platform/Desktop.h"
+#include "TFFramework/Application/FrameworkApp.h"
+#include "TFFramework/ObjectBase/Exception.h"
+#include "TFFramework/Renderer/Gdi/PictureScaling.h"
+#include "TFFramework/Renderer/Gdi/TargetPixels.h"
+
+namespace TF {
+
+namespace {
+
+// Pixels of one picture; a larger one is not drawn.
+constexpr std::int64_t kMaxPicturePixels = 16 * 1024 * 1024;
+
+std::uint32_t ApplicationTick() {
+  LFrameworkApp* const application = LFrameworkApp::GetInstance();
+  return application ? application->GetTickCount() : Platform::MillisecondTicks();
+}
+
+Platform::PixelRect Pixels(const RectT<std::int32_t>& rect) {
+  return {rect.mX, rect.mY, rect.mWidth, rect.mHeight};
+}
+
+bool CanBeDrawn(const SizeT<std::int32_t>& size) {
+  return size.mWidth > 0 && size.mHeight > 0 && std::int64_t{size.mWidth} * size.mHeight <= kMaxPicturePixels;
+}
+
+}  // namespace
+
+LGDIRenderer::LGDIRenderer() : mLastPurgeTick(ApplicationTick()) {
+  Platform::GetDesktop();
+}
+
+TFRESULT LGDIRenderer::CreateRenderContext(const RectT<std::int32_t>& rect, Platform::WindowSurface* window,
+                                           bool offscreen, RCPtr<LRenderContextInfo>& context) {
+  context = nullptr;
+  try {
+    context = MakeRC<LGDIRenderContextInfo>(rect, window, offscreen);
+  } catch (const std::bad_alloc&) {
+    return kFailure;
+  }
+  return kSuccess;
+}
+
+TFRESULT LGDIRenderer::RenderStart(const RCPtr<LRenderContextInfo>& context) {
+  const TFRESULT result = LRenderer::RenderStart(context);
+  mContext = context;
+  if (!mContext) return result;
+  const SizeT<std::int32_t> size{context->mRect.mWidth, context->mRect.mHeight};
+  if (!mContext->mBackBuffer->HasSize(size) || context->mRegion.IsRect(context->mRect)) {
+    mContext->mBackBuffer->Resize(size);
+    mContext->mAltBuffer->Resize(size);
+  }
+  ApplyClip();
+  return result;
+}
+
+TFRESULT LGDIRenderer::RenderFinish(const RCPtr<LRenderContextInfo>& context) {
+  const TFRESULT result = LRenderer::RenderFinish(context);
+  const RCPtr<LGDIRenderContextInfo> finished = std::exchange(mContext, RCPtr<LGDIRenderContextInfo>());
+  mContext = RCPtr<LRenderContextInfo>(GetTopContext());
+  if (finished && !finished->mIsOffscreen && finished->mWindow) Show(*finished);
+  PurgeNowAndThen();
+  return result;
+}
+
+void LGDIRenderer::Show(LGDIRenderContextInfo& context) {
+  const Platform::PixelView pixels = context.mBackBuffer->GetCanvas().GetPixels();
+  const RectT<std::int32_t> whole{0, 0, pixels.mWidth, pixels.mHeight};
+  mShownRects.clear();
+  for (std::int32_t index = context.mRegion.GetCount(); index-- > 0;) {
+    const RectT<std::int32_t> visible = Intersect(context.mRegion[index], whole);
+    if (!IsEmpty(visible)) mShownRects.push_back(Pixels(visible));
+  }
+  context.mWindow->Present(pixels, mShownRects);
+}
+
+void LGDIRenderer::PurgeNowAndThen() {
+  const std::uint32_t now = ApplicationTick();
+  if (now - mLastPurgeTick <= kPurgePeriod) return;
+  mBitmapCache.Purge(mBitmapCache.GetPurgeClock());
+  mBitmapCache.SetPurgeClock(mBitmapCache.GetClock());
+  mLastPurgeTick = now;
+}
+
+Platform::Canvas* LGDIRenderer::GetCanvas() {
+  return mContext ? &mContext->mBackBuffer->GetCanvas() : nullptr;
+}
+
+void LGDIRenderer::SetClipRect(const RectT<double>& rect) {
+  LRenderer::SetClipRect(rect);
+  ApplyClip();
+}
+
+// The canvas knows no origin: every operation adds it, so that only the clip must be handed over.
+void LGDIRenderer::ApplyClip() {
+  if (mContext) GetCanvas()->SetClip(ToTarget(mContext->mState.mClip));
+}
+
+Platform::PixelRect LGDIRenderer::ToTarget(const RectT<double>& rect) const {
+  const PointT<double>& origin = mContext->mState.mOrigin;
+  return ToPixels({origin.mX + rect.mX, origin.mY + rect.mY, rect.mWidth, rect.mHeight});
+}
+
+Platform::CanvasPoint LGDIRenderer::ToTarget(const PointT<float>& point) const {
+  const PointT<double>& origin = mContext->mState.mOrigin;
+  return {origin.mX + point.mX, origin.mY + point.mY};
+}
+
+void LGDIRenderer::DrawBitmap(const RCPtr<LBitmap>& bitmap, const RectT<float>& rect, ResizeType resizeType) {
+  if (!mContext) Throw<std::runtime_error>("", "TF::LGDIRenderer::DrawBitmap");
+  const SizeT<std::int32_t> size{RoundToInt32(rect.mWidth), RoundToInt32(rect.mHeight)};
+  if (!bitmap || !CanBeDrawn(size)) return;
+  const RCPtr<LCachedBitmap> cached = FindPicture(bitmap, size, resizeType);
+  const Platform::CanvasPoint place = ToTarget(PointT<float>{rect.mX, rect.mY});
+  GetCanvas()->DrawPicture(cached->GetPicture(), ToPixel(place.mX), ToPixel(place.mY));
+}
+
+RCPtr<LCachedBitmap> LGDIRenderer::FindPicture(const RCPtr<LBitmap>& bitmap, const SizeT<std::int32_t>& size,
+                                               ResizeType resizeType) {
+  RCPtr<LCachedBitmap>* const slot = mBitmapCache.Find({bitmap, size.mWidth, size.mHeight});
+  if (!*slot) {
+    *slot = MakeRC<LCachedBitmap>(Platform::GetDesktop().CreatePicture(
+        size.mWidth, size.mHeight, ScalePicture(*bitmap, size, resizeType)));
+  }
+  return *slot;
+}
+
+TFRESULT LGDIRenderer::DrawContext(const RCPtr<LRenderContextInfo>& context, const PointT<float>& point,
+                                   const RectT<std::int32_t>& sourceRect) {
+  const RCPtr<LGDIRenderContextInfo> source = context;
+  if (!source || !source->mIsOffscreen) return kInvalidArgument;
+  if (!mContext) return kFailure;
+  const Platform::CanvasPoint place = ToTarget(point);
+  const bool drawn = GetCanvas()->DrawCanvas(source->mBackBuffer->GetCanvas(), Pixels(sourceRect),
+                                             ToPixel(place.mX), ToPixel(place.mY));
+  return drawn ? kSuccess : kFailure;
+}
+
+TFRESULT LGDIRenderer::DrawContextAndSwap(const RCPtr<LRenderContextInfo>& context,
+                                          const PointT<float>& point) {
+  const RCPtr<LGDIRenderContextInfo> source = context;
+  if (!source || !source->mIsOffscreen) return kInvalidArgument;
+  if (!mContext) return kFailure;
+  std::swap(source->mBackBuffer, source->mAltBuffer);
+  source->mBackBuffer->GetCanvas().Clear();
+  // A surface may draw its own former picture into the new one, which has no clip yet.
+  if (source == mContext) ApplyClip();
+  const SizeT<std::int32_t> size = source->mAltBuffer->GetSize();
+  const Platform::CanvasPoint place = ToTarget(point);
+  GetCanvas()->DrawCanvas(source->mAltBuffer->GetCanvas(), {0, 0, size.mWidth, size.mHeight},
+                          ToPixel(place.mX), ToPixel(place.mY));
+  return kSuccess;
+}
+
+}  // namespace TF

@@ -97,7 +97,6 @@ RCPtr<LControlDescriptor> LControlFactory::CopyDescriptor(const RCPtr<LControlDe
   auto copy = MakeRC<LControlDescriptor>();
   copy->mName = name;
   copy->mClass = descriptor->mClass;
-  copy->mParent = descriptor->mParent;
   copy->mSubControls = descriptor->mSubControls;
   copy->mSkin = descriptor->mSkin;
   copy->mLayout = layout;

@@ -64,8 +64,8 @@ class LControlFactory : public virtual LRefCountedObject {
   // The same below a parent, and without the window. Null for a null descriptor.
   RCPtr<LControl> CreateSubControl(const RCPtr<LControl>& parent,
                                    const RCPtr<LControlDescriptor>& descriptor);
-  // A descriptor for a control that is made at run time: as the given one, but for layout and name.
-  // The controls below it are shared. Null for a null descriptor.
+  // A descriptor for a control that is made at run time: as the given one, but for layout and name,
+  // and enclosed by none. The controls below it are shared. Null for a null descriptor.
   RCPtr<LControlDescriptor> CopyDescriptor(const RCPtr<LControlDescriptor>& descriptor,
                                            const RCPtr<LLayoutDescriptor>& layout, const String& name) const;
   // Has the control take over what the current skin says of a top-level control of its name, and

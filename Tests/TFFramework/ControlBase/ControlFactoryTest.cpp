@@ -249,6 +249,7 @@ TEST_F(ControlFactoryTest, ACopiedDescriptorHasANameAndALayoutOfItsOwn) {
   EXPECT_EQ(original->mName, u"main");
   EXPECT_EQ(original->mLayout->Z_Order, 0);
   EXPECT_EQ(copy->mSkin, original->mSkin);
+  EXPECT_EQ(copy->mParent, nullptr);
   EXPECT_EQ(copy->mSubControls[0], original->mSubControls[0]);
   EXPECT_FALSE(mFactory->CopyDescriptor(nullptr, layout, u"copy"));
 }

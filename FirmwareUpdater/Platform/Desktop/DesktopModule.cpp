@@ -1,7 +1,5 @@
 #include "Platform/Desktop/DesktopModule.h"
 
-#include <fontconfig/fontconfig.h>
-
 #include <utility>
 
 #include "Platform/Desktop/CairoCanvas.h"
@@ -28,18 +26,13 @@ CairoOptionsHandle TextOptions() {
 
 }  // namespace
 
+// The libraries keep what they share between all users for the whole process: Pango looks for fonts on
+// a thread of its own, under which Cairo and fontconfig cannot be ended.
 DesktopModule::~DesktopModule() {
-  if (LiveObject::GetCount() > 0) {
-    // Who outlives the desktop still draws with these.
-    static_cast<void>(mTextContext.release());
-    static_cast<void>(mFontMap.release());
-    return;
-  }
-  if (!mFontMap) return;
-  mTextContext.reset();
-  mFontMap.reset();
-  cairo_debug_reset_static_data();
-  FcFini();
+  if (LiveObject::GetCount() == 0) return;
+  // Who outlives the desktop still draws with these.
+  static_cast<void>(mTextContext.release());
+  static_cast<void>(mFontMap.release());
 }
 
 std::unique_ptr<Canvas> DesktopModule::CreateCanvas(std::int32_t width, std::int32_t height) {

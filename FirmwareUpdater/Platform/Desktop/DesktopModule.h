@@ -9,8 +9,7 @@
 
 namespace Platform {
 
-// The desktop with Cairo and Pango behind it. Its end gives back what the libraries keep for the whole
-// process, unless something made here is still alive.
+// The desktop with Cairo and Pango behind it.
 class DesktopModule : public Desktop {
  public:
   ~DesktopModule() override;

@@ -12,7 +12,7 @@
 #include "TFFramework/Midi/MidiComm.h"
 #include "Tests/Support/MidiSockets.h"
 #include "Tests/Support/TemporaryFolder.h"
-#include "Tests/TFFramework/Midi/AllocationCounter.h"
+#include "Tests/Support/AllocationCounter.h"
 #include "Tests/TFFramework/Midi/CaptureClient.h"
 #include "Tests/TFFramework/Midi/FakeMidiDriver.h"
 

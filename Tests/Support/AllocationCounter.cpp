@@ -1,4 +1,4 @@
-#include "Tests/TFFramework/Midi/AllocationCounter.h"
+#include "Tests/Support/AllocationCounter.h"
 
 #include <atomic>
 #include <cerrno>

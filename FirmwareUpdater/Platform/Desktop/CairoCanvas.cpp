@@ -117,7 +117,6 @@ void CairoCanvas::Clear() {
 
 void CairoCanvas::SetClip(const PixelRect& rect) {
   mClip = Overlap(rect, WholeArea());
-  mCairoHasClip = false;
 }
 
 void CairoCanvas::BeginPixels() {
@@ -155,8 +154,13 @@ void CairoCanvas::Composite(pixman_op_t operation, pixman_image_t* source, const
 
 void CairoCanvas::DrawPicture(const CanvasPicture& picture, std::int32_t x, std::int32_t y) {
   const auto& source = static_cast<const PixmanPicture&>(picture);
-  Composite(source.IsOpaque() ? PIXMAN_OP_SRC : PIXMAN_OP_OVER, source.GetImage(),
-            {0, 0, source.GetWidth(), source.GetHeight()}, x, y);
+  const pixman_op_t operation = source.IsOpaque() ? PIXMAN_OP_SRC : PIXMAN_OP_OVER;
+  const PixelRect whole{0, 0, source.GetWidth(), source.GetHeight()};
+  if (!source.IsHuge()) return Composite(operation, source.GetImage(), whole, x, y);
+  const PixelRect area = Overlap({x, y, whole.mWidth, whole.mHeight}, mClip);
+  if (IsEmpty(area)) return;
+  const PixmanImageHandle part = source.Cutout({area.mX - x, area.mY - y, area.mWidth, area.mHeight});
+  Composite(operation, part.get(), {0, 0, area.mWidth, area.mHeight}, area.mX, area.mY);
 }
 
 bool CairoCanvas::DrawCanvas(const Canvas& source, const PixelRect& part, std::int32_t x, std::int32_t y) {
@@ -185,10 +189,20 @@ void CairoCanvas::MakeCairo() {
   cairo_set_antialias(mCairo.get(), CAIRO_ANTIALIAS_NONE);
   cairo_set_fill_rule(mCairo.get(), CAIRO_FILL_RULE_EVEN_ODD);
   cairo_set_line_cap(mCairo.get(), CAIRO_LINE_CAP_SQUARE);
-  mCairoHasClip = false;
+  mCairoClip = WholeArea();
 }
 
-cairo_t* CairoCanvas::BeginCairo(std::uint32_t color) {
+void CairoCanvas::SetCairoClip(const PixelRect& clip) {
+  cairo_t* const cairo = mCairo.get();
+  cairo_reset_clip(cairo);
+  mCairoClip = clip;
+  if (clip == WholeArea()) return;
+  cairo_new_path(cairo);
+  cairo_rectangle(cairo, clip.mX, clip.mY, clip.mWidth, clip.mHeight);
+  cairo_clip(cairo);
+}
+
+cairo_t* CairoCanvas::BeginCairo(const PixelRect& ink, std::uint32_t color) {
   if (IsEmpty(mClip) || AlphaOf(color) == 0) return nullptr;
   // An error stays in the Cairo object for good, so that the next drawing needs a new one.
   if (!mCairo || cairo_status(mCairo.get()) != CAIRO_STATUS_SUCCESS) MakeCairo();
@@ -196,13 +210,8 @@ cairo_t* CairoCanvas::BeginCairo(std::uint32_t color) {
   if (mPixelsWrote) cairo_surface_mark_dirty(mSurface.get());
   mPixelsWrote = false;
   mCairoWrote = true;
-  if (!mCairoHasClip) {
-    cairo_reset_clip(cairo);
-    cairo_new_path(cairo);
-    cairo_rectangle(cairo, mClip.mX, mClip.mY, mClip.mWidth, mClip.mHeight);
-    cairo_clip(cairo);
-    mCairoHasClip = true;
-  }
+  const PixelRect clip = Overlap(ink, mClip) == ink ? WholeArea() : mClip;
+  if (mCairoClip != clip) SetCairoClip(clip);
   cairo_set_source_rgba(cairo, Channel(color, 16) / 255.0, Channel(color, 8) / 255.0,
                         Channel(color, 0) / 255.0, AlphaOf(color) / 255.0);
   return cairo;
@@ -212,7 +221,7 @@ void CairoCanvas::DrawLine(const CanvasPoint& from, const CanvasPoint& to, doubl
                            std::uint32_t color) {
   if (!IsInReach(from.mX) || !IsInReach(from.mY) || !IsInReach(to.mX) || !IsInReach(to.mY)) return;
   if (const auto area = AreaOfStraightLine(from, to, LineWidth(width))) return FillRect(*area, color);
-  cairo_t* const cairo = BeginCairo(color);
+  cairo_t* const cairo = BeginCairo(WholeArea(), color);
   if (!cairo) return;
   cairo_new_path(cairo);
   cairo_move_to(cairo, from.mX + kPixelMiddle, from.mY + kPixelMiddle);
@@ -223,7 +232,7 @@ void CairoCanvas::DrawLine(const CanvasPoint& from, const CanvasPoint& to, doubl
 
 void CairoCanvas::StrokePath(const CanvasPath& path, const PathPlacement& placement, double width,
                              std::uint32_t color) {
-  cairo_t* const cairo = IsUsable(placement) ? BeginCairo(color) : nullptr;
+  cairo_t* const cairo = IsUsable(placement) ? BeginCairo(WholeArea(), color) : nullptr;
   if (!cairo) return;
   AppendPlaced(cairo, path, placement, kPixelMiddle);
   cairo_set_line_width(cairo, LineWidth(width));
@@ -231,7 +240,7 @@ void CairoCanvas::StrokePath(const CanvasPath& path, const PathPlacement& placem
 }
 
 void CairoCanvas::FillPath(const CanvasPath& path, const PathPlacement& placement, std::uint32_t color) {
-  cairo_t* const cairo = IsUsable(placement) ? BeginCairo(color) : nullptr;
+  cairo_t* const cairo = IsUsable(placement) ? BeginCairo(WholeArea(), color) : nullptr;
   if (!cairo) return;
   AppendPlaced(cairo, path, placement, 0);
   cairo_fill(cairo);
@@ -240,9 +249,11 @@ void CairoCanvas::FillPath(const CanvasPath& path, const PathPlacement& placemen
 void CairoCanvas::DrawText(CanvasFont& font, std::u16string_view text, double x, double baseline,
                            std::uint32_t color) {
   if (text.empty() || !IsInReach(x) || !IsInReach(baseline)) return;
-  if (cairo_t* const cairo = BeginCairo(color)) {
-    static_cast<PangoTextFont&>(font).Show(cairo, text, x, baseline);
-  }
+  PangoTextFont& shapes = static_cast<PangoTextFont&>(font);
+  const PangoTextFont::TextLayout& layout = shapes.FindLayout(text);
+  const PixelRect ink = layout.InkAt(x, baseline);
+  if (IsEmpty(Overlap(ink, mClip))) return;
+  if (cairo_t* const cairo = BeginCairo(ink, color)) layout.Show(cairo, x, baseline);
 }
 
 }  // namespace Platform

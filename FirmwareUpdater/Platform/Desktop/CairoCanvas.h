@@ -32,8 +32,10 @@ class CairoCanvas : public Canvas {
 
  private:
   PixelRect WholeArea() const { return {0, 0, mWidth, mHeight}; }
-  // Cairo with clip and colour set; null when there is nothing to draw.
-  cairo_t* BeginCairo(std::uint32_t color);
+  // Cairo with clip and colour set; null when there is nothing to draw. What is to be drawn lies in
+  // ink: where the clip cuts nothing of that, Cairo works without one, which is quicker.
+  cairo_t* BeginCairo(const PixelRect& ink, std::uint32_t color);
+  void SetCairoClip(const PixelRect& clip);
   void MakeCairo();
   void BeginPixels();
   void Composite(pixman_op_t operation, pixman_image_t* source, const PixelRect& from, std::int32_t x,
@@ -49,7 +51,7 @@ class CairoCanvas : public Canvas {
   PixelRect mClip;
   CairoSurfaceHandle mSurface;
   CairoHandle mCairo;
-  bool mCairoHasClip = false;
+  PixelRect mCairoClip;  // The whole area stands for none.
   // Who wrote last: the other must be told before it goes on.
   bool mCairoWrote = false;
   bool mPixelsWrote = false;

@@ -14,8 +14,9 @@ namespace {
 
 constexpr double kDotsPerInch = 96;
 
-// The same for measuring and drawing. Advances are the designer's and do not depend on hinting, which
-// only makes level strokes crisp.
+// The same for measuring and drawing. Hinting makes level strokes crisp and changes no advance; Pango
+// rounds each advance to whole pixels, since Cairo places glyphs on whole pixels and the gaps between
+// letters would differ.
 CairoOptionsHandle TextOptions() {
   CairoOptionsHandle options(cairo_font_options_create());
   cairo_font_options_set_antialias(options.get(), CAIRO_ANTIALIAS_GRAY);

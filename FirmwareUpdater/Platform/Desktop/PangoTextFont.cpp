@@ -3,6 +3,7 @@
 #include <cairo-ft.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <utility>
 
@@ -54,10 +55,17 @@ double PangoTextFont::MeasureWidth(std::u16string_view text) {
   return text.empty() ? 0 : FindLayout(text).mWidth;
 }
 
-void PangoTextFont::Show(cairo_t* cairo, std::u16string_view text, double x, double baseline) {
-  const TextLayout& layout = FindLayout(text);
-  cairo_move_to(cairo, x, baseline - layout.mBaseline);
-  pango_cairo_show_layout(cairo, layout.mLayout.get());
+PixelRect PangoTextFont::TextLayout::InkAt(double x, double baseline) const {
+  // The glyphs' places are rounded, and smoothing reaches a pixel farther.
+  constexpr int kReach = 2;
+  return {static_cast<std::int32_t>(std::floor(x)) + mInk.x - kReach,
+          static_cast<std::int32_t>(std::floor(baseline - mBaseline)) + mInk.y - kReach,
+          mInk.width + 2 * kReach + 1, mInk.height + 2 * kReach + 1};
+}
+
+void PangoTextFont::TextLayout::Show(cairo_t* cairo, double x, double baseline) const {
+  cairo_move_to(cairo, x, baseline - mBaseline);
+  pango_cairo_show_layout(cairo, mLayout.get());
 }
 
 const PangoTextFont::TextLayout& PangoTextFont::FindLayout(std::u16string_view text) {
@@ -77,13 +85,16 @@ const PangoTextFont::TextLayout& PangoTextFont::FindLayout(std::u16string_view t
 }
 
 PangoTextFont::TextLayout PangoTextFont::MakeLayout(std::u16string_view text) const {
-  TextLayout result{std::u16string(text), GObjectHandle<PangoLayout>(pango_layout_new(mContext))};
+  TextLayout result;
+  result.mText = text;
+  result.mLayout.reset(pango_layout_new(mContext));
   PangoLayout* const layout = result.mLayout.get();
   pango_layout_set_font_description(layout, mDescription.get());
   const std::string utf8 = CleanUtf8(text);
   pango_layout_set_text(layout, utf8.data(), static_cast<int>(utf8.size()));
   PangoRectangle logical;
   pango_layout_get_extents(layout, nullptr, &logical);
+  pango_layout_get_pixel_extents(layout, &result.mInk, nullptr);
   result.mWidth = static_cast<double>(logical.x + logical.width) / PANGO_SCALE;
   result.mBaseline = static_cast<double>(pango_layout_get_baseline(layout)) / PANGO_SCALE;
   return result;

@@ -18,21 +18,26 @@ namespace Platform {
 // shaped once and then only shown.
 class PangoTextFont : public CanvasFont {
  public:
+  struct TextLayout {
+    // The pixels that the text may touch when it is drawn there.
+    PixelRect InkAt(double x, double baseline) const;
+    void Show(cairo_t* cairo, double x, double baseline) const;
+
+    std::u16string mText;
+    GObjectHandle<PangoLayout> mLayout;
+    double mWidth = 0;
+    double mBaseline = 0;   // Below the layout's top.
+    PangoRectangle mInk{};  // Pixels, from the layout's top left.
+  };
+
   PangoTextFont(PangoContext* context, const FontDescription& description);
 
   FontDesign GetDesign() const override { return mDesign; }
   double MeasureWidth(std::u16string_view text) override;
-  void Show(cairo_t* cairo, std::u16string_view text, double x, double baseline);
+  // Good until the next call.
+  const TextLayout& FindLayout(std::u16string_view text);
 
  private:
-  struct TextLayout {
-    std::u16string mText;
-    GObjectHandle<PangoLayout> mLayout;
-    double mWidth = 0;
-    double mBaseline = 0;  // Below the layout's top.
-  };
-
-  const TextLayout& FindLayout(std::u16string_view text);
   TextLayout MakeLayout(std::u16string_view text) const;
   FontDesign ReadDesign() const;
 

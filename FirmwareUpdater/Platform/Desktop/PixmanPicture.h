@@ -18,11 +18,17 @@ class PixmanPicture : public CanvasPicture {
   // Without a transparent pixel, so that copying does.
   bool IsOpaque() const { return mIsOpaque; }
   pixman_image_t* GetImage() const { return mImage.get(); }
+  // True when places in the image do not fit the library's numbers, so that drawing needs a cutout.
+  bool IsHuge() const;
+  // A part of the image as an image of its own, over the same pixels.
+  PixmanImageHandle Cutout(const PixelRect& part) const;
 
  private:
+  PixmanImageHandle MakeImage(std::uint32_t* pixels, std::int32_t width, std::int32_t height) const;
+
   const std::int32_t mWidth;
   const std::int32_t mHeight;
-  std::vector<std::uint32_t> mPixels;
+  mutable std::vector<std::uint32_t> mPixels;  // The library takes them for writable.
   const bool mIsOpaque;
   PixmanImageHandle mImage;
 };

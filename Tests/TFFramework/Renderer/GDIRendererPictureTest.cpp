@@ -108,6 +108,24 @@ TEST(GDIRendererPicture, TranslucentPixelsAreLaidOverWhatIsThere) {
   EXPECT_EQ(rig.mWindow.At(21, 0), 0U) << "a transparent pixel has no colour";
 }
 
+TEST(GDIRendererPicture, PicturesFarLargerThanTheWindowShowEachOfTheirParts) {
+  const auto column = MakePicture(1, {kA, kB, kC});
+  const auto row = MakePicture(3, {kA, kB, kC});
+  constexpr float kFar = 90000;
+  RendererRig rig;
+  rig.Draw([&](LRenderer& renderer) {
+    renderer.DrawBitmap(column, {0, 6 - kFar, 4, kFar}, ResizeType::kTile);
+    renderer.DrawBitmap(row, {10 - kFar / 2, 10, kFar, 2}, ResizeType::kTile);
+    renderer.DrawBitmap(row, {0, 20, 1e6F, 1e6F}, ResizeType::kTile);
+  });
+  EXPECT_EQ(rig.mWindow.At(0, 5), kC);
+  EXPECT_EQ(rig.mWindow.At(3, 4), kB);
+  EXPECT_EQ(rig.mWindow.At(0, 6), 0U);
+  EXPECT_EQ(rig.mWindow.At(10, 10), kA);
+  EXPECT_EQ(rig.mWindow.At(39, 11), kC);
+  EXPECT_EQ(rig.mWindow.At(0, 20), 0U) << "more than memory should hold";
+}
+
 TEST(GDIRendererPicture, CachedDrawingTakesNothingFromTheHeap) {
   RendererRig rig;
   const auto opaque = MakePicture(2, {kA, kB});

@@ -100,6 +100,37 @@ TEST(GDIRendererText, ClipOriginAndAlphaHoldForText) {
   for (std::int32_t x = 20; x < 50; ++x) EXPECT_LE(rig.mWindow.At(x, 15) >> 24, 0x81U);
 }
 
+TEST(GDIRendererText, NoClipHoweverTightLetsInkThroughOrChangesIt) {
+  RendererRig whole({90, 60});
+  RendererRig cut({90, 60});
+  const RCPtr<LFont> font = LFont::Get(u"Times New Roman", 21.3F, LFont::kBoldItalic);
+  const auto draw = [&](LRenderer& renderer) {
+    renderer.DrawText(u"fjÅf", font, {20.4F, 12.7F}, Color(kRed));
+  };
+  whole.Draw(draw);
+  const auto ink = whole.mWindow.GetInk();
+  for (std::int32_t less = -4; less <= 4; ++less) {
+    for (std::int32_t side = 0; side < 4; ++side) {
+      TF::RectT<std::int32_t> clip = ink;
+      if (side == 0) clip.mX += less;
+      if (side == 1) clip.mY += less;
+      if (side % 2 == 0) clip.mWidth -= less;
+      if (side % 2 == 1) clip.mHeight -= less;
+      cut.Draw([&](LRenderer& renderer) {
+        renderer.SetClipRect({double(clip.mX), double(clip.mY), double(clip.mWidth), double(clip.mHeight)});
+        draw(renderer);
+        renderer.SetClipRect(TF::RenderState::kNoClip);
+      });
+      for (std::int32_t y = 0; y < 60; ++y) {
+        for (std::int32_t x = 0; x < 90; ++x) {
+          const bool inside = TF::Region(clip).Contains({x, y});
+          ASSERT_EQ(cut.mWindow.At(x, y), inside ? whole.mWindow.At(x, y) : 0U) << x << ", " << y;
+        }
+      }
+    }
+  }
+}
+
 TEST(GDIRendererText, TextThatIsNoneIsDrawnWithoutHarm) {
   RendererRig rig({200, 40});
   const std::u16string broken[] = {

@@ -10,6 +10,7 @@
 #include "Platform/Desktop/CairoPath.h"
 #include "Platform/Desktop/PangoTextFont.h"
 #include "Platform/Desktop/PixmanPicture.h"
+#include "Platform/Pixel.h"
 
 namespace Platform {
 
@@ -29,15 +30,6 @@ std::uint32_t AlphaOf(std::uint32_t color) {
 
 std::uint32_t Channel(std::uint32_t color, int shift) {
   return color >> shift & kMaxByte;
-}
-
-std::uint32_t Premultiplied(std::uint32_t color) {
-  const std::uint32_t alpha = AlphaOf(color);
-  std::uint32_t result = alpha << 24;
-  for (const int shift : {0, 8, 16}) {
-    result |= (Channel(color, shift) * alpha + kMaxByte / 2) / kMaxByte << shift;
-  }
-  return result;
 }
 
 PixelRect Overlap(const PixelRect& a, const PixelRect& b) {
@@ -130,7 +122,7 @@ void CairoCanvas::SetPixels(const PixelRect& rect, std::uint32_t color) {
   if (IsEmpty(area)) return;
   BeginPixels();
   pixman_fill(mPixels.get(), mWidth, kBitsPerPixel, area.mX, area.mY, area.mWidth, area.mHeight,
-              Premultiplied(color));
+              Premultiply(color));
 }
 
 void CairoCanvas::FillRect(const PixelRect& rect, std::uint32_t color) {
@@ -138,7 +130,7 @@ void CairoCanvas::FillRect(const PixelRect& rect, std::uint32_t color) {
   if (IsEmpty(area) || AlphaOf(color) == 0) return;
   if (AlphaOf(color) == kMaxByte) return SetPixels(area, color);
   BeginPixels();
-  mSolidPixel = Premultiplied(color);
+  mSolidPixel = Premultiply(color);
   pixman_image_composite32(PIXMAN_OP_OVER, mSolid.get(), nullptr, mImage.get(), 0, 0, 0, 0, area.mX, area.mY,
                            area.mWidth, area.mHeight);
 }

@@ -10,9 +10,9 @@
 
 #include "Platform/VirtualMidiDriver.h"
 #include "TFFramework/Midi/MidiComm.h"
+#include "Tests/Support/AllocationCounter.h"
 #include "Tests/Support/MidiSockets.h"
 #include "Tests/Support/TemporaryFolder.h"
-#include "Tests/Support/AllocationCounter.h"
 #include "Tests/TFFramework/Midi/CaptureClient.h"
 #include "Tests/TFFramework/Midi/FakeMidiDriver.h"
 

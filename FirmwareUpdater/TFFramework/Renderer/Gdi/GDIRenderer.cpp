@@ -50,15 +50,24 @@ TFRESULT LGDIRenderer::CreateRenderContext(const RectT<std::int32_t>& rect, Plat
 
 TFRESULT LGDIRenderer::RenderStart(const RCPtr<LRenderContextInfo>& context) {
   const TFRESULT result = LRenderer::RenderStart(context);
-  mContext = context;
-  if (!mContext) return result;
-  const SizeT<std::int32_t> size{context->mRect.mWidth, context->mRect.mHeight};
-  if (!mContext->mBackBuffer->HasSize(size) || context->mRegion.IsRect(context->mRect)) {
-    mContext->mBackBuffer->Resize(size);
-    mContext->mAltBuffer->Resize(size);
+  const RCPtr<LGDIRenderContextInfo> started = context;
+  try {
+    if (started) MakeBuffersFit(*started);
+  } catch (const std::bad_alloc&) {
+    // The frame has not begun.
+    LRenderer::RenderFinish(context);
+    throw;
   }
+  mContext = started;
   ApplyClip();
   return result;
+}
+
+void LGDIRenderer::MakeBuffersFit(LGDIRenderContextInfo& context) {
+  const SizeT<std::int32_t> size{context.mRect.mWidth, context.mRect.mHeight};
+  if (context.mBackBuffer->HasSize(size) && !context.mRegion.IsRect(context.mRect)) return;
+  context.mBackBuffer->Resize(size);
+  context.mAltBuffer->Resize(size);
 }
 
 TFRESULT LGDIRenderer::RenderFinish(const RCPtr<LRenderContextInfo>& context) {

@@ -68,6 +68,7 @@ class LGDIRenderer : public LRenderer {
 
   // Null outside of a frame.
   Platform::Canvas* GetCanvas();
+  static void MakeBuffersFit(LGDIRenderContextInfo& context);
   void ApplyClip();
   void Show(LGDIRenderContextInfo& context);
   void PurgeNowAndThen();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "Platform/Pixel.h"
 #include "TFFramework/ObjectBase/Exception.h"
 
 namespace TF {
@@ -10,7 +11,6 @@ namespace TF {
 namespace {
 
 constexpr std::int32_t kOutside = -1;
-constexpr std::uint32_t kByteMask = 0xFF;
 
 // Which column of the picture each drawn column shows, or which row.
 std::vector<std::int32_t> MapAxis(std::int32_t source, std::int32_t drawn, ResizeType type) {
@@ -38,19 +38,9 @@ void MoveInto(std::vector<std::int32_t>& map, std::int32_t offset, std::uint32_t
   }
 }
 
-std::uint32_t Premultiplied(std::uint32_t pixel) {
-  const std::uint32_t alpha = pixel >> 24;
-  if (alpha == kByteMask) return pixel;
-  std::uint32_t result = alpha << 24;
-  for (const int shift : {0, 8, 16}) {
-    result |= ((pixel >> shift & kByteMask) * alpha + kByteMask / 2) / kByteMask << shift;
-  }
-  return result;
-}
-
 void ScaleRow(const std::uint32_t* source, const std::vector<std::int32_t>& columns, std::uint32_t* target) {
   for (const std::int32_t column : columns) {
-    *target++ = column == kOutside ? 0 : Premultiplied(source[column]);
+    *target++ = column == kOutside ? 0 : Platform::Premultiply(source[column]);
   }
 }
 

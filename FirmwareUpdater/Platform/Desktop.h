@@ -3,16 +3,18 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "Platform/Canvas.h"
+#include "Platform/SplashSurface.h"
 
 namespace Platform {
 
 // What only a program with a screen needs. It lives in a module of its own, so that a program that
 // shows nothing does not pay for loading the libraries behind it.
 //
-// Threads: main thread.
+// Threads: main thread, OpenSplash excepted.
 class Desktop {
  public:
   virtual ~Desktop() = default;
@@ -26,6 +28,11 @@ class Desktop {
   virtual std::unique_ptr<CanvasPath> CreatePath(PathKind kind, std::span<const CanvasPoint> points) = 0;
   // Null for a size that is not above 0. A size that no screen holds counts as the largest one.
   virtual std::unique_ptr<CanvasFont> OpenFont(const FontDescription& description) = 0;
+
+  // Any thread, which then owns the surface. An empty title gives a window that stands in no list of
+  // windows. Throws runtime_error without a display that can show it.
+  virtual std::unique_ptr<SplashSurface> OpenSplash(const SplashPicture& picture,
+                                                    const std::string& title) = 0;
 };
 
 // The desktop of this process. The first call loads the module, which stands beside the program and

@@ -7,6 +7,7 @@
 #include "Platform/Desktop/LiveObjects.h"
 #include "Platform/Desktop/PangoTextFont.h"
 #include "Platform/Desktop/PixmanPicture.h"
+#include "Platform/Desktop/XcbSplash.h"
 
 namespace Platform {
 
@@ -52,6 +53,11 @@ std::unique_ptr<CanvasPath> DesktopModule::CreatePath(PathKind kind, std::span<c
 std::unique_ptr<CanvasFont> DesktopModule::OpenFont(const FontDescription& description) {
   if (!(description.mSize > 0)) return nullptr;
   return std::make_unique<PangoTextFont>(GetTextContext(), description);
+}
+
+std::unique_ptr<SplashSurface> DesktopModule::OpenSplash(const SplashPicture& picture,
+                                                         const std::string& title) {
+  return OpenXcbSplash(picture, title);
 }
 
 PangoContext* DesktopModule::GetTextContext() {

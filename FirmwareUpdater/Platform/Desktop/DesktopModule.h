@@ -19,6 +19,7 @@ class DesktopModule : public Desktop {
                                                std::vector<std::uint32_t> pixels) override;
   std::unique_ptr<CanvasPath> CreatePath(PathKind kind, std::span<const CanvasPoint> points) override;
   std::unique_ptr<CanvasFont> OpenFont(const FontDescription& description) override;
+  std::unique_ptr<SplashSurface> OpenSplash(const SplashPicture& picture, const std::string& title) override;
 
  private:
   PangoContext* GetTextContext();

@@ -8,8 +8,8 @@
 
 using namespace TF;
 
-LApplication::LApplication(const String& commandLine)
-    : LApplicationBase<LApplication>(commandLine), mLine(commandLine) {}
+LApplication::LApplication(const RCPtr<LControlFactory>& controlFactory, const String& commandLine)
+    : LApplicationBase<LApplication>(controlFactory, commandLine), mLine(commandLine) {}
 
 LApplication::~LApplication() = default;
 
@@ -39,15 +39,15 @@ TFRESULT LApplication::Shutdown() {
 }
 
 String LApplication::GetCompanyName() {
-  return TF::Version().GetCompanyName();
+  return TF::Version(GetStringTable()).GetCompanyName();
 }
 
 String LApplication::GetProductName() {
-  return TF::Version().GetProductName();
+  return TF::Version(GetStringTable()).GetProductName();
 }
 
 String LApplication::GetProductVersion() {
-  return TF::Version().GetProductVersion();
+  return TF::Version(GetStringTable()).GetProductVersion();
 }
 
 std::uint32_t LApplication::GetLanguage() {

@@ -9,7 +9,7 @@
 // Threads: main thread; RequestExit on any.
 class LApplication : public TF::LApplicationBase<LApplication> {
  public:
-  explicit LApplication(const TF::String& commandLine);
+  LApplication(const TF::RCPtr<TF::LControlFactory>& controlFactory, const TF::String& commandLine);
   ~LApplication() override;
 
   // Scans for the device and does what the command line asks for, before any screen exists.

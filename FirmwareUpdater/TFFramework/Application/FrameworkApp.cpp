@@ -2,12 +2,16 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
 
 #include "TFFramework/Application/ApplicationFolders.h"
+#include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/Notification/Notification.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
+#include "TFFramework/ObjectBase/Exception.h"
+#include "TFFramework/Renderer/FontRenderer/Font.h"
 #include "TFFramework/Renderer/Renderer.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
@@ -15,9 +19,14 @@ namespace TF {
 
 namespace {
 
-constexpr const char* kStartupErrorText =
-    "The application encountered problems during startup and will now close.";
-constexpr const char* kStartupErrorCaption = "Error";
+constexpr const char16_t* kStartupErrorText =
+    u"The application encountered problems during startup and will now close.";
+constexpr const char16_t* kStartupErrorCaption = u"Error";
+
+// Whatever desktop there is, its own name for this font resolves to a readable one.
+constexpr const char16_t* kSystemFontName = u"Sans";
+constexpr float kSystemFontSize = 9;  // Points.
+constexpr std::int32_t kRegularStyle = 0;
 
 std::atomic<LFrameworkApp*> instance{nullptr};
 
@@ -27,8 +36,11 @@ NarrowString Narrow(const String& text) {
 
 }  // namespace
 
-LFrameworkApp::LFrameworkApp(const String& commandLine)
-    : mCommandLine(Narrow(commandLine)),
+LFrameworkApp::LFrameworkApp(const String& commandLine) : LFrameworkApp(nullptr, commandLine) {}
+
+LFrameworkApp::LFrameworkApp(const RCPtr<LControlFactory>& controlFactory, const String& commandLine)
+    : mControlFactory(controlFactory),
+      mCommandLine(Narrow(commandLine)),
       mApplicationCenter(LNotificationCenterManager::GetInstance()->GetCenter(kApplicationCenterName)) {
   instance = this;
 }
@@ -59,10 +71,10 @@ TFRESULT LFrameworkApp::Run() {
   try {
     RunMessageLoop();
   } catch (const std::exception& exception) {
-    ReportStartupError(exception.what());
+    ReportStartupError(exception.what(), mStringTable);
     mApplicationCenter->Post(LNotification::Create(kAppExitRequest, nullptr));
   } catch (...) {
-    ReportStartupError("an exception of unknown kind");
+    ReportStartupError("an exception of unknown kind", mStringTable);
     mApplicationCenter->Post(LNotification::Create(kAppExitRequest, nullptr));
   }
   ProcessNotifications(true);
@@ -85,12 +97,34 @@ String LFrameworkApp::GetMainControlName() {
   return u"mainControl";
 }
 
+String LFrameworkApp::GetFolder(std::int32_t id) {
+  return GetApplicationFolder(id, GetCompanyName(), GetProductName());
+}
+
+TFRESULT LFrameworkApp::GetSystemFont(String& name, float& size, std::int32_t& style) {
+  name = kSystemFontName;
+  size = kSystemFontSize;
+  style = kRegularStyle;
+  return kSuccess;
+}
+
 RCPtr<LRenderer> LFrameworkApp::GetRenderer() {
   return nullptr;
 }
 
-String LFrameworkApp::GetFolder(std::int32_t id) {
-  return GetApplicationFolder(id, GetCompanyName(), GetProductName());
+std::int32_t LFrameworkApp::GetCurrentSkinIndex() {
+  return 0;
+}
+
+TFRESULT LFrameworkApp::SetSkin(std::int32_t index) {
+  String name;
+  float size = 0;
+  std::int32_t style = 0;
+  ThrowIfFailed(GetSystemFont(name, size, style), "TF::LFrameworkApp::SetSkin");
+  mControlFactory->SetCurrentSkin(index);
+  mControlFactory->GetSkinFont(name, size, style);
+  mDefaultFont = LFont::Get(name, size, style);
+  return kSuccess;
 }
 
 bool LFrameworkApp::ProcessNotifications(bool sendIdle) {
@@ -101,6 +135,7 @@ void LFrameworkApp::OnBeforeMessageLoop() {}
 
 TFRESULT LFrameworkApp::Shutdown() {
   UnregisterAll();
+  mControlFactory = nullptr;
   return kSuccess;
 }
 
@@ -114,9 +149,43 @@ TFRESULT LFrameworkApp::RunApplicationStartup() {
   }
 }
 
-void LFrameworkApp::ReportStartupError(const char* why) {
+TFRESULT LFrameworkApp::TakeDocuments() {
+  try {
+    mStringTable = mControlFactory->GetFrameworkStrings();
+    mAppStrings = mControlFactory->GetApplicationStrings();
+    ChooseSkin();
+    return kSuccess;
+  } catch (const std::exception& exception) {
+    LogRecord(exception.what());
+    return kFailure;
+  }
+}
+
+// The stored index may come from a program with more skins.
+void LFrameworkApp::ChooseSkin() {
+  const auto skins = static_cast<std::int32_t>(mControlFactory->GetSkinCount());
+  if (skins == 0)
+    Throw<std::runtime_error>("The skin document has no skin", "TF::LFrameworkApp::RunApplicationStartup");
+  SetSkin(std::clamp(GetCurrentSkinIndex(), 0, skins - 1));
+}
+
+void LFrameworkApp::ReportStartupError(const char* why, const RCPtr<LStringTable>& strings) {
   LogRecord(why);
-  std::cerr << kStartupErrorCaption << ": " << kStartupErrorText << std::endl;
+  String text = kStartupErrorText;
+  String caption = kStartupErrorCaption;
+  if (strings) {
+    strings->GetString(u"STARTUP_ERROR", text);
+    strings->GetString(u"STARTUP_ERROR_CAPTION", caption);
+  }
+  std::cerr << ToUtf8(caption) << ": " << ToUtf8(text) << std::endl;
+}
+
+String GetApplicationString(const String& key) {
+  String text;
+  const LFrameworkApp* const application = LFrameworkApp::GetInstance();
+  if (application && application->GetApplicationStrings())
+    application->GetApplicationStrings()->GetString(key, text);
+  return text;
 }
 
 }  // namespace TF

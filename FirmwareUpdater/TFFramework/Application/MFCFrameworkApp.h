@@ -8,6 +8,7 @@
 #include "Platform/InstanceLock.h"
 #include "TFFramework/Application/DiagnosticsOptions.h"
 #include "TFFramework/Application/FrameworkApp.h"
+#include "TFFramework/Application/Startup.h"
 #include "TFFramework/ObjectBase/Exception.h"
 #include "TFFramework/Threads/Mutex.h"
 
@@ -25,7 +26,7 @@ constexpr bool IsSettledResult(TFRESULT result) {
 //
 // Threads: main thread; RequestExit on any.
 template <class T>
-class MFCFrameworkApp {
+class MFCFrameworkApp : public LStartup {
  public:
   // commandLine is the whole line, program path included.
   explicit MFCFrameworkApp(String commandLine)
@@ -35,10 +36,12 @@ class MFCFrameworkApp {
   // failed; the user has been told then.
   bool InitApplication() {
     try {
+      ShowSplash();
+      MakeControlFactory();
       mFirstInstance = mInstanceLock.TryAcquire();
       return mFirstInstance || !mInstanceLock.SendCommandLine(ToUtf8(mCommandLine));
     } catch (const std::exception& exception) {
-      LFrameworkApp::ReportStartupError(exception.what());
+      FailStart(exception.what());
       return false;
     }
   }
@@ -56,7 +59,7 @@ class MFCFrameworkApp {
     try {
       RunApplication(*application);
     } catch (const std::exception& exception) {
-      LFrameworkApp::ReportStartupError(exception.what());
+      FailStart(exception.what());
     }
     application->Shutdown();
     const MutexLock lock(mApplicationMutex);
@@ -77,17 +80,20 @@ class MFCFrameworkApp {
 
   RCPtr<T> MakeApplication() {
     const MutexLock lock(mApplicationMutex);
-    if (!mExitRequested) mApplication = MakeRC<T>(mCommandLine);
+    if (!mExitRequested) mApplication = MakeRC<T>(GetControlFactory(), mCommandLine);
     return mApplication;
   }
 
   void RunApplication(T& application) {
     application.OnStartup(mCommandLine);
     const TFRESULT result = application.Initialize();
-    if (IsSettledResult(result)) return;
+    if (IsSettledResult(result)) return HideSplash();
     ThrowIfFailed(result, "TF::MFCFrameworkApp<class LApplication>::Run");
+    LoadProgramResources();
+    ThrowIfFailed(application.TakeDocuments(), "TF::MFCFrameworkApp<class LApplication>::Run");
     application.OnStarted(mCommandLine);
     ThrowIfFailed(application.OpenScreen(), "TF::MFCFrameworkApp<class LApplication>::Run");
+    HideSplash();
     application.Run();
   }
 

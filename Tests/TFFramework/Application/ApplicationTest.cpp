@@ -7,6 +7,7 @@
 #include <functional>
 #include <thread>
 
+#include "App/Resources/ProgramResources.h"
 #include "TFFramework/Application/ApplicationFolders.h"
 #include "TFFramework/Application/MFCFrameworkApp.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
@@ -31,7 +32,10 @@ class LTestApp : public TF::LApplicationBase<LTestApp> {
   static inline std::function<void()> gOnAsked;
   static inline int gPosts = 0;
 
-  explicit LTestApp(const String& commandLine) : LApplicationBase<LTestApp>(commandLine) { Note("made"); }
+  LTestApp(const RCPtr<TF::LControlFactory>& factory, const String& commandLine)
+      : LApplicationBase<LTestApp>(factory, commandLine) {
+    Note("made");
+  }
   ~LTestApp() override { Note("gone"); }
 
   void OnStartup(const String&) override { Note("startup"); }
@@ -89,6 +93,8 @@ class Application : public testing::Test {
     LTestApp::gPosts = 0;
     LTestApp::gOnAsked = nullptr;
     TF::LNotificationCenterManager::GetInstance()->GetCenter(TF::kApplicationCenterName)->Discard();
+    RegisterProgramResources();
+    ASSERT_TRUE(mApp.InitApplication());
   }
   TF::MFCFrameworkApp<LTestApp> mApp{String(u"program -OPTION")};
 };

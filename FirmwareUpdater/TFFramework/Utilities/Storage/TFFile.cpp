@@ -7,6 +7,7 @@
 
 #include "Platform/Files.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
+#include "TFFramework/Utilities/Storage/Resources.h"
 
 namespace TF {
 
@@ -170,8 +171,9 @@ std::uint32_t File::GetLength() const {
   return static_cast<std::uint32_t>(size);
 }
 
+// What the program embeds is no file, though its mark is a legal beginning of a path.
 bool File::FileExists(const String& path) {
-  return Platform::GetPathKind(path) == Platform::PathKind::kFile;
+  return !IsResourcePath(path) && Platform::GetPathKind(path) == Platform::PathKind::kFile;
 }
 
 bool File::FolderExists(const String& path) {

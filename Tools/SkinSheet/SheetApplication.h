@@ -1,0 +1,21 @@
+#pragma once
+
+#include "TFFramework/Application/ApplicationBase.h"
+#include "TFFramework/Renderer/Renderer.h"
+
+// The application object of a program that only draws: fonts and texts measure with its renderer.
+class LSheetApplication : public TF::LApplicationBase<LSheetApplication> {
+ public:
+  explicit LSheetApplication(const TF::RCPtr<TF::LRenderer>& renderer)
+      : LApplicationBase<LSheetApplication>(TF::String()), mRenderer(renderer) {}
+
+  TF::RCPtr<TF::LRenderer> GetRenderer() override { return mRenderer; }
+  TF::String GetCompanyName() override { return u"Varnok"; }
+  TF::String GetProductName() override { return u"Tessel"; }
+  TF::String GetProductVersion() override { return {}; }
+  std::uint32_t GetLanguage() override { return 0x0409; }
+  bool IsExitAllowed() override { return true; }
+
+ private:
+  const TF::RCPtr<TF::LRenderer> mRenderer;
+};

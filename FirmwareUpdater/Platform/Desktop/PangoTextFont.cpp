@@ -14,6 +14,7 @@ namespace Platform {
 namespace {
 
 constexpr std::size_t kMaxLayouts = 128;
+constexpr std::size_t kMaxKeptUnits = 65536;  // Code units of all kept texts.
 // Code units. What is longer reaches beyond every screen.
 constexpr std::size_t kMaxTextLength = 16384;
 constexpr double kMaxSize = 1000;  // Points.
@@ -77,7 +78,9 @@ const PangoTextFont::TextLayout& PangoTextFont::FindLayout(std::u16string_view t
   }
   mLayouts.push_front(MakeLayout(text));
   mIndex.emplace(mLayouts.front().mText, mLayouts.begin());
-  if (mLayouts.size() > kMaxLayouts) {
+  mKeptUnits += text.size();
+  while (mLayouts.size() > kMaxLayouts || (mKeptUnits > kMaxKeptUnits && mLayouts.size() > 1)) {
+    mKeptUnits -= mLayouts.back().mText.size();
     mIndex.erase(mLayouts.back().mText);
     mLayouts.pop_back();
   }

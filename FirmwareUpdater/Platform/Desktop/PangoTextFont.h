@@ -46,6 +46,7 @@ class PangoTextFont : public CanvasFont {
   FontDescriptionHandle mDescription;
   FontDesign mDesign;
   std::list<TextLayout> mLayouts;  // The one used last first.
+  std::size_t mKeptUnits = 0;
   // The keys are the texts in mLayouts.
   std::unordered_map<std::u16string_view, std::list<TextLayout>::iterator> mIndex;
 };

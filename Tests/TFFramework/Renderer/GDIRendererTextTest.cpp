@@ -100,6 +100,42 @@ TEST(GDIRendererText, ClipOriginAndAlphaHoldForText) {
   for (std::int32_t x = 20; x < 50; ++x) EXPECT_LE(rig.mWindow.At(x, 15) >> 24, 0x81U);
 }
 
+// The sign for a missing glyph is a box with a line over its whole width.
+bool LooksLikeABox(const MemoryWindow& window) {
+  const auto ink = window.GetInk();
+  for (std::int32_t x = ink.mX; x < ink.GetRight(); ++x) {
+    if (window.At(x, ink.mY) == 0) return false;
+  }
+  return true;
+}
+
+TEST(GDIRendererText, ACharacterThatTheFontLacksComesFromAnother) {
+  RendererRig rig({80, 80});
+  const auto draw = [&](const char16_t* text) {
+    rig.Draw([&](LRenderer& renderer) { renderer.DrawText(text, Arial(30), {10, 10}, Color(kRed)); });
+  };
+  draw(u"\uE123");
+  EXPECT_TRUE(LooksLikeABox(rig.mWindow)) << "no font has this one";
+  draw(u"\u2603");
+  EXPECT_GT(rig.mWindow.CountInk(), 50);
+  EXPECT_FALSE(LooksLikeABox(rig.mWindow)) << "DejaVu has the snowman, Liberation has not";
+}
+
+TEST(GDIRendererText, MoreTextsThanAreKeptAreMeasuredAlikeEachTime) {
+  RendererRig rig;
+  for (int round = 0; round < 2; ++round) {
+    for (std::size_t length = 1; length < 300; ++length) {
+      const String text(std::u16string(length, u'0'));
+      // A digit is 0.556 of 16 pixels, rounded to 9.
+      ASSERT_EQ(rig.mRenderer->MeasureText(text, Arial(12)).mWidth, static_cast<float>(length * 9 + 3));
+    }
+    for (char16_t character = u'a'; character < u'k'; ++character) {
+      ASSERT_GT(rig.mRenderer->MeasureText(String(std::u16string(16000, character)), Arial(12)).mWidth,
+                40000);
+    }
+  }
+}
+
 TEST(GDIRendererText, NoClipHoweverTightLetsInkThroughOrChangesIt) {
   RendererRig whole({90, 60});
   RendererRig cut({90, 60});

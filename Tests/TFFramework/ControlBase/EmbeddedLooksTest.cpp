@@ -53,10 +53,10 @@ class EmbeddedLooksTest : public testing::Test {
 
   const SkinContents& Contents() const { return mFactory->GetSkinContents(); }
   // An empty slot gives a look that draws nothing.
-  const LLookDescriptor& Look(std::u16string_view list, std::int32_t slot = 0) const {
+  ConstRCPtr<LLookDescriptor> Look(std::u16string_view list, std::int32_t slot = 0) const {
     const auto& look = (*Contents().mLookLists.find(list)->second)[slot];
     EXPECT_TRUE(look) << ToUtf8(list) << ' ' << slot;
-    return look ? *look : *mEmptyLook;
+    return look ? look : mEmptyLook;
   }
   LookCanvas Screen() const {
     LookCanvas canvas(kScreenWidth, kScreenHeight, kNothing);
@@ -161,16 +161,16 @@ TEST_F(EmbeddedLooksTest, TextsAreReadableOnTheirGrounds) {
   const LColor ground = Ground(kBody);
   for (const auto& [list, size] : kTextsWithGrounds) {
     for (std::int32_t slot = 0; slot < Contents().mLookLists.find(list)->second->GetCount(); ++slot) {
-      const LLookDescriptor& look = Look(list, slot);
-      if (!look.mHasText) continue;
-      EXPECT_EQ(TextColorOf(look).mAlpha, 1) << ToUtf8(look.mName);
+      const auto look = Look(list, slot);
+      if (!look->mHasText) continue;
+      EXPECT_EQ(TextColorOf(*look).mAlpha, 1) << ToUtf8(look->mName);
       LookCanvas canvas(size.mWidth, size.mHeight, ground);
       canvas.Paint(look);
-      EXPECT_GE(LeastContrast(look, canvas), kReadableText) << ToUtf8(look.mName);
+      EXPECT_GE(LeastContrast(*look, canvas), kReadableText) << ToUtf8(look->mName);
     }
   }
   for (const char16_t* list : kTextsWithoutGrounds) {
-    const LLookDescriptor& look = Look(list);
+    const LLookDescriptor& look = *Look(list);
     EXPECT_EQ(TextColorOf(look).mAlpha, 1) << ToUtf8(look.mName);
     for (const auto& place : {kHead, kBody}) {
       EXPECT_GE(ContrastOf(TextColorOf(look), Ground(place)), kReadableText) << ToUtf8(look.mName);
@@ -181,8 +181,8 @@ TEST_F(EmbeddedLooksTest, TextsAreReadableOnTheirGrounds) {
 // Three of them share one place.
 TEST_F(EmbeddedLooksTest, LabelsHaveNoGroundOfTheirOwn) {
   for (const char16_t* list : kTextsWithoutGrounds) {
-    EXPECT_FALSE(Look(list).mClientPart) << ToUtf8(list);
-    EXPECT_EQ(Look(list).mNonClientParts.GetCount(), 0) << ToUtf8(list);
+    EXPECT_FALSE(Look(list)->mClientPart) << ToUtf8(list);
+    EXPECT_EQ(Look(list)->mNonClientParts.GetCount(), 0) << ToUtf8(list);
   }
 }
 

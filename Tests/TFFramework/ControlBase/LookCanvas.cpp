@@ -1,39 +1,25 @@
 #include "Tests/TFFramework/ControlBase/LookCanvas.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
-#include <optional>
 #include <utility>
 
-#include "TFFramework/Utilities/Graphics/Bitmap.h"
+#include "TFFramework/ControlBase/Look.h"
+#include "TFFramework/Renderer/AutoClip.h"
+#include "TFFramework/Renderer/Gdi/GDIRenderContextInfo.h"
 
 namespace TF {
 namespace {
 
-struct Span {
-  std::int32_t mStart;
-  std::int32_t mEnd;
-};
-
-// One axis of a part in a frame of this length.
-Span PlaceOnAxis(std::optional<std::int32_t> near, std::optional<std::int32_t> far, std::int32_t size,
-                 std::int32_t length) {
-  if (near && far) return {*near, length + *far};
-  if (near) return {*near, *near + size};
-  const std::int32_t start = far ? length + *far - size : (length - size) / 2;
-  return {start, start + size};
-}
-
-std::optional<std::int32_t> Given(bool isGiven, std::int32_t offset) {
-  return isGiven ? std::optional(offset) : std::nullopt;
-}
-
-RectT<std::int32_t> Place(const LDockedPart& part, std::int32_t width, std::int32_t height) {
-  const Span x = PlaceOnAxis(Given(part.mHasLeft, part.OffsetLeft), Given(part.mHasRight, part.OffsetRight),
-                             part.Width.value_or(part.mPart->mSize.mWidth), width);
-  const Span y = PlaceOnAxis(Given(part.mHasTop, part.OffsetTop), Given(part.mHasBottom, part.OffsetBottom),
-                             part.Height.value_or(part.mPart->mSize.mHeight), height);
-  return {x.mStart, y.mStart, x.mEnd - x.mStart, y.mEnd - y.mStart};
+LColor Unpremultiplied(std::uint32_t argb) {
+  LColor color = LColor::FromPacked(argb);
+  if (color.mAlpha <= 0) return {};
+  color.mRed /= color.mAlpha;
+  color.mGreen /= color.mAlpha;
+  color.mBlue /= color.mAlpha;
+  return color;
 }
 
 double LuminanceOf(const LColor& color) {
@@ -52,38 +38,30 @@ const LColor& LookCanvas::At(std::int32_t x, std::int32_t y) const {
   return mPixels.at(static_cast<std::size_t>(y * mWidth + x));
 }
 
-void LookCanvas::Paint(const LLookDescriptor& look) {
-  if (look.mClientPart) PaintPart(*look.mClientPart->mPart, Place(*look.mClientPart, mWidth, mHeight));
-  for (const auto& part : look.mNonClientParts) PaintPart(*part->mPart, Place(*part, mWidth, mHeight));
-}
-
-void LookCanvas::PaintPart(const LVisualPartDescriptor& part, const RectT<std::int32_t>& rect) {
-  RCPtr<LBitmap> picture;
-  LColor color;
-  if (part.mImageFile.IsEmpty()) {
-    color = part.mColorizer->mColor;
-    color.mAlpha *= part.mColorizerAlphaMod;
-  } else {
-    picture = LBitmap::LoadBitmap(part.mImageFile);
+void LookCanvas::Paint(const ConstRCPtr<LLookDescriptor>& descriptor) {
+  const RCPtr<LRenderer> renderer = LRenderer::Create(static_cast<std::int32_t>(RendererType::kGdi), nullptr);
+  const RectT<std::int32_t> area{0, 0, mWidth, mHeight};
+  RCPtr<LRenderContextInfo> context;
+  ASSERT_EQ(renderer->CreateRenderContext(area, nullptr, true, context), kSuccess);
+  context->mRegion = Region(area);
+  renderer->RenderStart(context);
+  const RectT<double> frame{0, 0, static_cast<double>(mWidth), static_cast<double>(mHeight)};
+  renderer->FillRect({0, 0, static_cast<float>(mWidth), static_cast<float>(mHeight)}, mPixels.front(), false);
+  {
+    const CAutoClip clip(renderer, frame, frame, nullptr, true);
+    LLook look(descriptor, nullptr);
+    look.SetSize({mWidth, mHeight});
+    look.RenderClient(renderer, context->mRegion);
+    look.RenderNonClient(renderer, context->mRegion);
   }
-  const RectT<std::int32_t>& source = part.mImageRect;
-  for (std::int32_t y = std::max(rect.mY, 0); y < std::min(rect.GetBottom(), mHeight); ++y) {
-    for (std::int32_t x = std::max(rect.mX, 0); x < std::min(rect.GetRight(), mWidth); ++x) {
-      if (picture) {
-        color = picture->GetPixel(source.mX + (x - rect.mX) * source.mWidth / rect.mWidth,
-                                  source.mY + (y - rect.mY) * source.mHeight / rect.mHeight);
-      }
-      Blend(x, y, color);
-    }
+  renderer->RenderFinish(context);
+  const Platform::PixelView view =
+      dynamic_cast<LGDIRenderContextInfo&>(*context).mBackBuffer->GetCanvas().GetPixels();
+  for (std::size_t i = 0; i < mPixels.size(); ++i) {
+    const auto width = static_cast<std::size_t>(mWidth);
+    mPixels[i] =
+        Unpremultiplied(view.mPixels[i / width * (view.mStride / sizeof(std::uint32_t)) + i % width]);
   }
-}
-
-void LookCanvas::Blend(std::int32_t x, std::int32_t y, const LColor& color) {
-  LColor& pixel = mPixels.at(static_cast<std::size_t>(y * mWidth + x));
-  const float alpha = color.mAlpha + pixel.mAlpha * (1 - color.mAlpha);
-  const float share = alpha > 0 ? color.mAlpha / alpha : 0;
-  pixel = {std::lerp(pixel.mRed, color.mRed, share), std::lerp(pixel.mGreen, color.mGreen, share),
-           std::lerp(pixel.mBlue, color.mBlue, share), alpha};
 }
 
 double ContrastOf(const LColor& left, const LColor& right) {

@@ -9,14 +9,15 @@
 
 namespace TF {
 
-// Paints looks without their texts into memory, so that a test can ask what a text would stand on. It
-// places parts as a look does and takes the nearest pixel of a picture that is stretched.
+// Paints a look without its text into memory, as the program does, so that a test can ask what a text
+// would stand on.
 class LookCanvas {
  public:
   // Pixels; every one is ground at first.
   LookCanvas(std::int32_t width, std::int32_t height, const LColor& ground);
 
-  void Paint(const LLookDescriptor& look);
+  // Over the ground, in the canvas's size. Once.
+  void Paint(const ConstRCPtr<LLookDescriptor>& look);
 
   std::int32_t GetWidth() const { return mWidth; }
   std::int32_t GetHeight() const { return mHeight; }
@@ -24,9 +25,6 @@ class LookCanvas {
   const LColor& At(std::int32_t x, std::int32_t y) const;
 
  private:
-  void PaintPart(const LVisualPartDescriptor& part, const RectT<std::int32_t>& rect);
-  void Blend(std::int32_t x, std::int32_t y, const LColor& color);
-
   std::int32_t mWidth;
   std::int32_t mHeight;
   std::vector<LColor> mPixels;

@@ -98,8 +98,8 @@ void MakeControls(TF::LControlFactory& factory) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static Discard discard;
-  static std::ostream silence(&discard);
+  // Never destroyed: the log writes to it to the very end of the process.
+  static std::ostream& silence = *new std::ostream(new Discard);
   TF::GetDiagnosticsLog().SetNarrowStream(silence);
   const TF::Resource resources[] = {{u"TFXML", u"SKIN", {data, size}}};
   TF::SetResources(resources);

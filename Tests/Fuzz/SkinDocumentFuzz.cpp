@@ -27,7 +27,7 @@ class Discard : public std::streambuf {
 
 TF::LControlFactory* gFactory = nullptr;
 
-// Makes its children and lets them go again, as children hold their parents.
+// Makes its children with the factory of the run, as there is no application.
 class Node : public TF::LControl {
  public:
   using LControl::LControl;
@@ -88,6 +88,7 @@ void MakeControls(TF::LControlFactory& factory) {
       try {
         const auto made = factory.CreateControl(control->mName, nullptr);
         Require(made && made->GetName() == control->mName && made->IsCreated());
+        made->Destroy();
       } catch (const std::runtime_error&) {
         // A class that is not registered.
       }

@@ -29,7 +29,7 @@ class StepControl : public LControl {
   TFRESULT CreateChildren(const RCPtr<LControlDescriptor>& descriptor) override {
     Note("children");
     for (const auto& child : descriptor->mSubControls) {
-      mChildren.Add(gFactory->CreateSubControl(RCPtr<LControl>(this), child));
+      gFactory->CreateSubControl(RCPtr<LControl>(this), child);
     }
     return kSuccess;
   }
@@ -42,17 +42,7 @@ class StepControl : public LControl {
     return kSuccess;
   }
 
-  // The pointers upward would keep the tree alive.
-  void Clear() {
-    for (const auto& child : mChildren) {
-      if (child) static_cast<StepControl&>(*child).Clear();
-    }
-    mChildren.SetCount(0);
-  }
-
   LLayoutDescriptor& Layout() { return *GetLayout(); }
-
-  RCPtrArray<LControl> mChildren;
 
  private:
   void Note(const char* step) { gSteps.push_back(ToUtf8(GetName()) + " " + step); }
@@ -72,7 +62,7 @@ class ControlFactoryTest : public SkinDocumentFixture {
     ASSERT_EQ(mFactory->RegisterControlCreateFunction(u"Step", MakeControl<StepControl>), kSuccess);
   }
   void TearDown() override {
-    for (const RCPtr<LControl>& control : mControls) static_cast<StepControl&>(*control).Clear();
+    for (const RCPtr<LControl>& control : mControls) control->Destroy();
     SkinDocumentFixture::TearDown();
   }
   RCPtr<StepControl> Create(const char16_t* name, const RCPtr<LRootWindow>& window = nullptr) {
@@ -105,8 +95,8 @@ TEST_F(ControlFactoryTest, ATreeIsBuiltFromTheInsideInLayoutOrder) {
       "second initialize", "second applied", "main initialize",  "main applied"};
   EXPECT_EQ(gSteps, steps);
   EXPECT_TRUE(main->IsCreated());
-  EXPECT_EQ(main->mChildren[0]->GetParent(), main.Get());
-  EXPECT_EQ(main->mChildren[1]->GetName(), u"second");
+  EXPECT_EQ(main->GetChild(0)->GetParent(), main.Get());
+  EXPECT_EQ(main->GetChild(1)->GetName(), u"second");
 }
 
 TEST_F(ControlFactoryTest, ATopLevelControlIsVisibleWhateverTheSkinSays) {
@@ -114,7 +104,7 @@ TEST_F(ControlFactoryTest, ATopLevelControlIsVisibleWhateverTheSkinSays) {
   EXPECT_FALSE(mFactory->FindControlDescriptor(u"main")->mLayout->IsVisible);
   const auto main = Create(u"main");
   EXPECT_TRUE(main->Layout().IsVisible);
-  EXPECT_FALSE(static_cast<StepControl&>(*main->mChildren[1]).Layout().IsVisible);
+  EXPECT_FALSE(static_cast<StepControl&>(*main->GetChild(1)).Layout().IsVisible);
 }
 
 TEST_F(ControlFactoryTest, ALayoutChangedAtRunTimeLeavesTheSkinAsItIs) {
@@ -129,7 +119,7 @@ TEST_F(ControlFactoryTest, TheWindowGoesToTheTopControlAndIsFoundFromBelow) {
   const auto window = MakeRC<LRootWindow>();
   const auto main = Create(u"main", window);
   EXPECT_EQ(main->GetRootWindow(), window);
-  const RCPtr<LControl> child = main->mChildren[0];
+  const RCPtr<LControl> child = main->GetChild(0);
   EXPECT_EQ(child->GetRootWindow(), window);
   EXPECT_EQ(child->SetRootWindow(MakeRC<LRootWindow>()), kFailure);
   EXPECT_EQ(child->GetRootWindow(), window);
@@ -229,11 +219,14 @@ TEST_F(ControlFactoryTest, ADocumentWithoutASkinHasNoControlsAndNoFont) {
 TEST_F(ControlFactoryTest, ASkinIsAppliedToAControlOfItsName) {
   LoadSkin(kTree + "<Skin><SubControl Class='Step' Name='main' Z_Order='3'/></Skin>");
   const auto main = Create(u"main");
+  const RCPtr<LControl> child = main->GetChild(0);
   mFactory->SetCurrentSkin(1);
+  gSteps.clear();
   EXPECT_EQ(mFactory->ApplySkin(RCPtr<LControl>(main)), kSuccess);
-  EXPECT_EQ(gSteps.back(), "main apply");
+  EXPECT_EQ(gSteps, (std::vector<std::string>{"main apply", "main initialize", "main applied again"}));
   EXPECT_EQ(main->Layout().Z_Order, 3);
-  EXPECT_EQ(mFactory->ApplySkin(main->mChildren[0]), kNothingDone);
+  EXPECT_EQ(main->GetChildCount(), 0);
+  EXPECT_EQ(mFactory->ApplySkin(child), kNothingDone);
   EXPECT_EQ(mFactory->ApplySkin(nullptr), kInvalidArgument);
 }
 

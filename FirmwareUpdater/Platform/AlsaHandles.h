@@ -18,10 +18,7 @@ struct CloseAlsaWith {
 };
 
 using AlsaInfo = std::unique_ptr<snd_rawmidi_info_t, FreeAlsaWith<snd_rawmidi_info_t, snd_rawmidi_info_free>>;
-using AlsaParameters =
-    std::unique_ptr<snd_rawmidi_params_t, FreeAlsaWith<snd_rawmidi_params_t, snd_rawmidi_params_free>>;
 using AlsaControl = std::unique_ptr<snd_ctl_t, CloseAlsaWith<snd_ctl_t, snd_ctl_close>>;
-using AlsaRawMidi = std::unique_ptr<snd_rawmidi_t, CloseAlsaWith<snd_rawmidi_t, snd_rawmidi_close>>;
 
 inline AlsaInfo MakeAlsaInfo() {
   snd_rawmidi_info_t* info = nullptr;

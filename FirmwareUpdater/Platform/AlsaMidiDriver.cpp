@@ -116,9 +116,8 @@ void AlsaMidiDriver::ReportForbiddenCards() {
 }
 
 MidiPortDriver::Connection AlsaMidiDriver::Connect(Direction direction, const Device& device) {
-  const auto stream = direction == Direction::kInput ? SND_RAWMIDI_STREAM_INPUT : SND_RAWMIDI_STREAM_OUTPUT;
   std::unique_ptr<MidiTransport> transport;
-  const int error = -OpenAlsaTransport(device.address, stream, transport);
+  const int error = OpenAlsaTransport(device.address, direction == Direction::kInput, transport);
   if (error != 0) {
     return {MidiStatusOfErrno(error), nullptr, AlsaRefusal(error) + " (" + device.address + ")"};
   }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <alsa/asoundlib.h>
-
 #include <memory>
 #include <string>
 
@@ -10,8 +8,7 @@
 namespace Platform {
 
 // Opens one direction of a raw MIDI subdevice, such as "hw:1,0,0", without waiting for a program
-// that holds it. 0 or a negative errno; then opened stays empty.
-int OpenAlsaTransport(const std::string& address, snd_rawmidi_stream_t stream,
-                      std::unique_ptr<MidiTransport>& opened);
+// that holds it. 0 or an errno; then opened stays empty.
+int OpenAlsaTransport(const std::string& address, bool input, std::unique_ptr<MidiTransport>& opened);
 
 }  // namespace Platform

@@ -1,3 +1,4 @@
+#include "Platform/AlsaKernelPort.h"
 #include "Platform/AlsaMidiDriver.h"
 
 #include "Tests/Support/MidiRecorder.h"
@@ -57,6 +58,21 @@ TEST(AlsaMidiDriverTest, ARefusalTellsWhatToDo) {
       EXPECT_NE(Platform::AlsaRefusal(one.error).find(part), std::string::npos) << one.error;
     }
   }
+}
+
+TEST(AlsaKernelPortTest, AnAddressIsThreeNumbersAndNothingElse) {
+  Platform::KernelPortAddress address;
+  ASSERT_TRUE(Platform::ParseKernelPortAddress("hw:12,0,3", address));
+  EXPECT_EQ(address.mCard, 12);
+  EXPECT_EQ(address.mDevice, 0);
+  EXPECT_EQ(address.mSubdevice, 3);
+  for (const char* text : {"", "hw:", "hw:1", "hw:1,0", "hw:1,0,", "hw:1,0,0,", "hw:1,0,0x", "hw:-1,0,0",
+                           "hw:1 ,0,0", "hw:1,,0", "1,0,0", "hw:99999999999,0,0"}) {
+    EXPECT_FALSE(Platform::ParseKernelPortAddress(text, address)) << text;
+  }
+  Platform::OwnedDescriptor port;
+  EXPECT_EQ(Platform::OpenKernelPort({31, 7, 0}, Platform::KernelPortDirection::kInput, port), ENOENT);
+  EXPECT_FALSE(port);
 }
 
 }  // namespace

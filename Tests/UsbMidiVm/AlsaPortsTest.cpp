@@ -291,7 +291,7 @@ TEST_F(AlsaPorts, UnpluggingDuringOpeningAndClosingEndsInErrors) {
     return opened;
   };
   auto busy = std::async(std::launch::async, openAndClose);
-  for (int i = 0; i < 5; ++i) {
+  for (int i = 0; i < 15; ++i) {
     PlugOut();
     PlugIn();
   }

@@ -98,7 +98,8 @@ TFRESULT ChildControlList::AddChild(const RCPtr<LControl>& child) {
 
 std::int32_t ChildControlList::RemoveChild(const RCPtr<LControl>& child) {
   if (!child || !IsChild(*child)) return -1;
-  const RCPtr<LControl> held = child;
+  // The child may be the last to hold the owner.
+  const RCPtr<LControl> owner(&mOwner), held = child;
   const std::int32_t index = held->mLayoutIndex;
   mOwner.CountUnclipped(-held->GetUnclippedCount() - (held->GetClipToParent() ? 0 : 1));
   ReleaseName(*held);

@@ -53,6 +53,8 @@ TFRESULT LControl::Build(const RCPtr<LControlDescriptor>& descriptor) {
   if (!Failed(result)) result = OnDescriptorApplied();
   if (Failed(result)) return result;
   mCreated = true;
+  // The frames have come after the first conditions.
+  UpdateConditions();
   // A tree that is being built is told as a whole, when its top is done.
   if (mParent && mParent->mCreated && GetRootWindow()) ProcessRootWindowAquired();
   return result;

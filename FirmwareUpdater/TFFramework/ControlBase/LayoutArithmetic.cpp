@@ -27,7 +27,7 @@ double RoundCoordinate(double value) {
 
 double SnapCoordinate(double value) {
   const double v = LimitCoordinate(value);
-  return std::trunc(v < 0 ? v - (v * kSnapTolerance + 1.0) : v + v * kSnapTolerance);
+  return LimitCoordinate(std::trunc(v < 0 ? v - (v * kSnapTolerance + 1.0) : v + v * kSnapTolerance));
 }
 
 double EdgeAt(const LayoutSpan& reference, float rel, double abs) {

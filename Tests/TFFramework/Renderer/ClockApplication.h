@@ -7,6 +7,7 @@
 class ClockApplication : public TF::LFrameworkApp {
  public:
   ClockApplication() : LFrameworkApp(u"") {}
+  explicit ClockApplication(const TF::RCPtr<TF::LControlFactory>& factory) : LFrameworkApp(factory, u"") {}
   TF::String GetCompanyName() override { return u""; }
   TF::String GetProductName() override { return u""; }
   TF::String GetProductVersion() override { return u""; }

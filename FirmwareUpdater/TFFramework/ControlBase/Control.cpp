@@ -154,6 +154,7 @@ void LControl::ForgetOthers() {
   mScrollClient.fill(nullptr);
   mDoomedChildren.SetCount(0);
   UnregisterAll();
+  LeaveWindow();
   LeaveParent();
   mRootWindow = nullptr;
 }

@@ -508,6 +508,7 @@ class LControl : public virtual LNotificationClient,
   // Returns the cursor that was shown before.
   CursorHandle ShowCursor(CursorHandle cursor);
   void RepeatHitTest();
+  void LeaveWindow();
 
   // Idle users: ControlMotion.cpp. Listens to the window that the control is in.
   void HookIdle();

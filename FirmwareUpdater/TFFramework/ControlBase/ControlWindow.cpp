@@ -1,18 +1,49 @@
+#include "TFFramework/ControlBase/ControlWindow.h"
+
 #include "TFFramework/ControlBase/Control.h"
 
 namespace TF {
 
-bool LControl::FindDesktop(LayoutDesktop&) {
-  return false;
+namespace {
+
+// Null without a window. The caller holds the window.
+IControlWindow* AsControlWindow(const RCPtr<LRootWindow>& window) {
+  return dynamic_cast<IControlWindow*>(window.Get());
 }
 
-void LControl::ShowWindowTitle(const String&) {}
-void LControl::SizeWindow() {}
+}  // namespace
 
-LControl::CursorHandle LControl::ShowCursor(CursorHandle) {
-  return 0;
+bool LControl::FindDesktop(LayoutDesktop& desktop) {
+  const RCPtr<LRootWindow> window = mRootWindow;
+  IControlWindow* const services = AsControlWindow(window);
+  return services && services->GetLayoutDesktop(desktop);
 }
 
-void LControl::RepeatHitTest() {}
+void LControl::ShowWindowTitle(const String& title) {
+  const RCPtr<LRootWindow> window = mRootWindow;
+  if (IControlWindow* const services = AsControlWindow(window)) services->SetTitle(title);
+}
+
+void LControl::SizeWindow() {
+  const RCPtr<LRootWindow> window = mRootWindow;
+  IControlWindow* const services = AsControlWindow(window);
+  if (services) services->SetClientSize({RoundToInt32(mBounds.mWidth), RoundToInt32(mBounds.mHeight)});
+}
+
+LControl::CursorHandle LControl::ShowCursor(CursorHandle cursor) {
+  const RCPtr<LRootWindow> window = GetRootWindow();
+  IControlWindow* const services = AsControlWindow(window);
+  return services ? services->SetCursor(cursor) : 0;
+}
+
+void LControl::RepeatHitTest() {
+  const RCPtr<LRootWindow> window = GetRootWindow();
+  if (IControlWindow* const services = AsControlWindow(window)) services->RepeatHitTest();
+}
+
+void LControl::LeaveWindow() {
+  const RCPtr<LRootWindow> window = GetRootWindow();
+  if (IControlWindow* const services = AsControlWindow(window)) services->ForgetControl(*this);
+}
 
 }  // namespace TF

@@ -70,6 +70,9 @@ struct PathPlacement {
   double mOffsetY = 0;
 };
 
+// Points; a larger size counts as this one.
+inline constexpr double kLargestFontSize = 1000;
+
 struct FontDescription {
   std::u16string mFamily;  // Empty for the sans serif family, which also stands in for unknown ones.
   double mSize = 0;        // Points; 96 dots to the inch.

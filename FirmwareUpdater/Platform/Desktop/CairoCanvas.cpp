@@ -74,10 +74,7 @@ double LineWidth(double width) {
 // The path's points are placed, the pen that draws them is not.
 void AppendPlaced(cairo_t* cairo, const CanvasPath& path, const PathPlacement& placement, double shift) {
   cairo_new_path(cairo);
-  cairo_translate(cairo, placement.mOffsetX + shift, placement.mOffsetY + shift);
-  cairo_scale(cairo, placement.mScaleX, placement.mScaleY);
-  static_cast<const CairoPath&>(path).AppendTo(cairo);
-  cairo_identity_matrix(cairo);
+  static_cast<const CairoPath&>(path).AppendTo(cairo, placement, shift);
 }
 
 }  // namespace

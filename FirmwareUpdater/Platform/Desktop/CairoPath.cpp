@@ -14,6 +14,12 @@ double Limited(double value) {
   return std::isnan(value) ? 0 : std::clamp(value, -kMaxCoordinate, kMaxCoordinate);
 }
 
+void Append(cairo_t* cairo, const std::vector<cairo_path_data_t>& data) {
+  const cairo_path_t path{CAIRO_STATUS_SUCCESS, const_cast<cairo_path_data_t*>(data.data()),
+                          static_cast<int>(data.size())};
+  cairo_append_path(cairo, &path);
+}
+
 }  // namespace
 
 CairoPath::CairoPath(PathKind kind, std::span<const CanvasPoint> points) {
@@ -34,14 +40,34 @@ void CairoPath::AddPoint(cairo_path_data_type_t type, const CanvasPoint& point) 
   header.header = {type, 2};
   cairo_path_data_t place{};
   place.point = {Limited(point.mX), Limited(point.mY)};
+  mReach = std::max({mReach, std::abs(place.point.x), std::abs(place.point.y)});
   mData.insert(mData.end(), {header, place});
 }
 
-void CairoPath::AppendTo(cairo_t* cairo) const {
+void CairoPath::AppendTo(cairo_t* cairo, const PathPlacement& placement, double shift) const {
   if (mData.empty()) return;
-  const cairo_path_t path{CAIRO_STATUS_SUCCESS, const_cast<cairo_path_data_t*>(mData.data()),
-                          static_cast<int>(mData.size())};
-  cairo_append_path(cairo, &path);
+  const cairo_matrix_t matrix{placement.mScaleX,         0, 0, placement.mScaleY, placement.mOffsetX + shift,
+                              placement.mOffsetY + shift};
+  const double scale = std::max(std::abs(placement.mScaleX), std::abs(placement.mScaleY));
+  if (mReach * scale <= kMaxCoordinate) {
+    cairo_set_matrix(cairo, &matrix);
+    Append(cairo, mData);
+    cairo_identity_matrix(cairo);
+  } else {
+    Append(cairo, PlacePoints(matrix));
+  }
+}
+
+std::vector<cairo_path_data_t> CairoPath::PlacePoints(const cairo_matrix_t& matrix) const {
+  std::vector<cairo_path_data_t> placed = mData;
+  for (std::size_t index = 0; index < placed.size();
+       index += static_cast<std::size_t>(placed[index].header.length)) {
+    if (placed[index].header.length < 2) continue;
+    cairo_path_data_t& place = placed[index + 1];
+    cairo_matrix_transform_point(&matrix, &place.point.x, &place.point.y);
+    place.point = {Limited(place.point.x), Limited(place.point.y)};
+  }
+  return placed;
 }
 
 }  // namespace Platform

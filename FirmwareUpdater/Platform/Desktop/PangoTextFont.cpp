@@ -17,14 +17,19 @@ constexpr std::size_t kMaxLayouts = 128;
 constexpr std::size_t kMaxKeptUnits = 65536;  // Code units of all kept texts.
 // Code units. What is longer reaches beyond every screen.
 constexpr std::size_t kMaxTextLength = 16384;
-constexpr double kMaxSize = 1000;  // Points.
+// Points that all characters of a text may take, each as wide as it is high twice over: Pango's numbers end
+// at two million pixels.
+constexpr double kMaxTextExtent = 1500000 / 2.0;
+
+double SizeOf(const FontDescription& description) {
+  return std::min(description.mSize, kLargestFontSize);
+}
 
 FontDescriptionHandle Describe(const FontDescription& description) {
   FontDescriptionHandle result(pango_font_description_new());
   const std::string family = CleanUtf8(description.mFamily);
   pango_font_description_set_family(result.get(), family.empty() ? "Sans" : family.c_str());
-  pango_font_description_set_size(
-      result.get(), static_cast<int>(std::min(description.mSize, kMaxSize) * PANGO_SCALE + 0.5));
+  pango_font_description_set_size(result.get(), static_cast<int>(SizeOf(description) * PANGO_SCALE + 0.5));
   pango_font_description_set_weight(result.get(),
                                     description.mBold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
   pango_font_description_set_style(result.get(),
@@ -35,7 +40,11 @@ FontDescriptionHandle Describe(const FontDescription& description) {
 }  // namespace
 
 PangoTextFont::PangoTextFont(PangoContext* context, const FontDescription& description)
-    : mContext(context), mDescription(Describe(description)), mDesign(ReadDesign()) {}
+    : mContext(context),
+      mDescription(Describe(description)),
+      mMaxLength(std::clamp(static_cast<std::size_t>(kMaxTextExtent / SizeOf(description)), std::size_t{1},
+                            kMaxTextLength)),
+      mDesign(ReadDesign()) {}
 
 FontDesign PangoTextFont::ReadDesign() const {
   const GObjectHandle<PangoFont> font(pango_context_load_font(mContext, mDescription.get()));
@@ -70,7 +79,7 @@ void PangoTextFont::TextLayout::Show(cairo_t* cairo, double x, double baseline) 
 }
 
 const PangoTextFont::TextLayout& PangoTextFont::FindLayout(std::u16string_view text) {
-  text = text.substr(0, kMaxTextLength);
+  text = text.substr(0, mMaxLength);
   const auto found = mIndex.find(text);
   if (found != mIndex.end()) {
     mLayouts.splice(mLayouts.begin(), mLayouts, found->second);

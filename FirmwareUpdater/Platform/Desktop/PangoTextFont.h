@@ -44,6 +44,7 @@ class PangoTextFont : public CanvasFont {
   LiveObject mLive;
   PangoContext* const mContext;
   FontDescriptionHandle mDescription;
+  std::size_t mMaxLength;  // Code units of a text that count.
   FontDesign mDesign;
   std::list<TextLayout> mLayouts;  // The one used last first.
   std::size_t mKeptUnits = 0;

@@ -14,10 +14,14 @@ namespace {
 // What makes a whole number of pixels out of a width that is a little more.
 constexpr float kWidthRoundUp = 0.99F;
 
+RCPtr<LRenderer> GetMeasuringRenderer() {
+  LFrameworkApp* const application = LFrameworkApp::GetInstance();
+  return application ? application->GetRenderer() : nullptr;
+}
+
 // From the text's origin to its right edge.
 float MeasureLine(const String& line, const RCPtr<LFont>& font) {
-  LFrameworkApp* const application = LFrameworkApp::GetInstance();
-  const RCPtr<LRenderer> renderer = application ? application->GetRenderer() : nullptr;
+  const RCPtr<LRenderer> renderer = GetMeasuringRenderer();
   if (!renderer) return 0;
   const RectT<float> rect = renderer->MeasureText(line, font);
   return rect.mX > 0 ? rect.mX + rect.mWidth : rect.mWidth;
@@ -73,13 +77,13 @@ std::int32_t LFontText::GetNaturalWidth() const {
   for (const std::u16string_view line : SplitLines(mText)) {
     widest = std::max(widest, MeasureLine(String(line), mFont));
   }
-  return static_cast<std::int32_t>(widest + kWidthRoundUp);
+  return RoundToInt32(std::trunc(widest + kWidthRoundUp));
 }
 
 std::int32_t LFontText::GetHeightForWidth(std::int32_t width) const {
   if (!mFont) return 0;
-  const auto lines = static_cast<std::int32_t>(MakeLines(static_cast<float>(width)).size());
-  return lines * mFont->GetHeight();
+  const auto lines = static_cast<double>(MakeLines(static_cast<float>(width)).size());
+  return RoundToInt32(lines * mFont->GetHeight());
 }
 
 RectT<std::int32_t> LFontText::GetTextBounds() const {
@@ -104,7 +108,10 @@ std::vector<std::u16string_view> LFontText::MakeLines(float width) const {
 }
 
 void LFontText::Update() const {
-  if (!mLines.empty()) return;
+  const bool canMeasure = GetMeasuringRenderer() != nullptr;
+  if (!mLines.empty() && (mIsMeasured || !canMeasure)) return;
+  mIsMeasured = canMeasure;
+  mLineRects.clear();
   const auto lines = MakeLines(static_cast<float>(mRectSize.mWidth));
   mLines.assign(lines.begin(), lines.end());
   const float lineHeight = mFont ? static_cast<float>(mFont->GetHeight()) : 0;

@@ -62,6 +62,7 @@ class LFontText : public virtual LRefCountedObject {
   // Made when they are first asked for; no lines before that.
   mutable std::vector<String> mLines;
   mutable std::vector<RectT<float>> mLineRects;
+  mutable bool mIsMeasured = false;  // They were made with a renderer.
 };
 
 }  // namespace TF

@@ -1,5 +1,8 @@
 #include "TFFramework/ControlBase/LineBreaker.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace TF {
 
 namespace {
@@ -10,77 +13,56 @@ constexpr char16_t kLineFeed = u'\n';
 constexpr char16_t kBlank = u' ';
 constexpr char16_t kHyphen = u'-';
 
-class Breaker {
- public:
-  Breaker(View line, float width, const MeasureWidth& measure)
-      : mLine(line), mWidth(width), mMeasure(measure) {}
+// What is measured first; twice as much each time it fits. A long text costs no more than its lines.
+constexpr std::size_t kFirstGuess = 64;
 
-  std::size_t Find() const {
-    if (Fits(mLine.size())) return mLine.size();
-    const std::size_t word = mLine.find(kBlank, 1);
-    if (word == View::npos || !Fits(word)) return FindInsideWord(word);
-    return FindBehindWords(word);
+bool Fits(View line, std::size_t count, float width, const MeasureWidth& measure) {
+  return measure(line.substr(0, count)) <= width;
+}
+
+// How many characters of a line fit, found by halves.
+std::size_t FindFitting(View line, float width, const MeasureWidth& measure) {
+  std::size_t fits = 0;
+  std::size_t tooLong = kFirstGuess;
+  while (tooLong < line.size() && Fits(line, tooLong, width, measure))
+    fits = std::exchange(tooLong, tooLong * 2);
+  if (tooLong >= line.size()) {
+    if (Fits(line, line.size(), width, measure)) return line.size();
+    tooLong = line.size();
   }
-
- private:
-  bool Fits(std::size_t count) const { return mMeasure(mLine.substr(0, count)) <= mWidth; }
-
-  // Behind the last hyphen of [from, to) that fits; 0 when none does.
-  std::size_t FindHyphen(std::size_t from, std::size_t to) const {
-    while (to > from) {
-      const std::size_t hyphen = mLine.rfind(kHyphen, to - 1);
-      if (hyphen == View::npos || hyphen < from) return 0;
-      if (Fits(hyphen + 1)) return hyphen + 1;
-      to = hyphen;
-    }
-    return 0;
+  while (tooLong - fits > 1) {
+    const std::size_t middle = fits + (tooLong - fits) / 2;
+    (Fits(line, middle, width, measure) ? fits : tooLong) = middle;
   }
+  return fits;
+}
 
-  // The last character is left out: a hyphen there would break nothing off.
-  std::size_t FindInsideWord(std::size_t word) const {
-    const std::size_t end = word == View::npos ? mLine.size() - 1 : word;
-    if (const std::size_t hyphen = FindHyphen(0, end)) return hyphen;
-    return FindAnywhere(end);
-  }
+// Behind the last hyphen of [from, to); 0 without one.
+std::size_t FindHyphen(View line, std::size_t from, std::size_t to) {
+  const std::size_t hyphen = to > 0 ? line.rfind(kHyphen, to - 1) : View::npos;
+  return hyphen == View::npos || hyphen < from ? 0 : hyphen + 1;
+}
 
-  std::size_t FindBehindWords(std::size_t fitting) const {
-    while (true) {
-      const std::size_t next = mLine.find(kBlank, fitting + 1);
-      if (next != View::npos && Fits(next)) {
-        fitting = next;
-        continue;
-      }
-      const std::size_t hyphen = FindHyphen(fitting + 1, next == View::npos ? mLine.size() - 1 : next);
-      return hyphen != 0 ? hyphen : fitting;
-    }
-  }
-
-  // The longest beginning that fits, found by halves.
-  std::size_t FindAnywhere(std::size_t end) const {
-    std::size_t fits = 0;
-    std::size_t tooLong = end + 1;
-    while (tooLong - fits > 1) {
-      const std::size_t middle = fits + (tooLong - fits) / 2;
-      (Fits(middle) ? fits : tooLong) = middle;
-    }
-    return KeepPair(fits > 0 ? fits : 1);
-  }
-
-  // Both halves of a character beyond the first plane stay together.
-  std::size_t KeepPair(std::size_t count) const {
-    const auto isLow = [](char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; };
-    if (count >= mLine.size() || !isLow(mLine[count])) return count;
-    return count > 1 ? count - 1 : count + 1;
-  }
-
-  const View mLine;
-  const float mWidth;
-  const MeasureWidth& mMeasure;
-};
+// Both halves of a character beyond the first plane stay together, and every line has a character.
+std::size_t KeepPair(View line, std::size_t count) {
+  const auto isLow = [](char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; };
+  count = std::max<std::size_t>(count, 1);
+  if (count >= line.size() || !isLow(line[count])) return count;
+  return count > 1 ? count - 1 : count + 1;
+}
 
 // The first line's length; what is broken off at a blank begins with it.
 std::size_t FindBreak(View line, float width, const MeasureWidth& measure) {
-  return line.empty() ? 0 : Breaker(line, width, measure).Find();
+  const std::size_t fitting = FindFitting(line, width, measure);
+  if (fitting == line.size()) return fitting;
+  const std::size_t word = line.find(kBlank, 1);
+  if (word == View::npos || word > fitting) {
+    const std::size_t hyphen = FindHyphen(line, 0, fitting);
+    return hyphen != 0 ? hyphen : KeepPair(line, fitting);
+  }
+  const std::size_t blank = line.rfind(kBlank, fitting);
+  const std::size_t hyphen = FindHyphen(line, blank + 1, fitting);
+  return hyphen != 0 ? hyphen : blank;
 }
 
 }  // namespace

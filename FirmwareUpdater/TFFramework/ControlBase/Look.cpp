@@ -11,22 +11,34 @@ namespace TF {
 
 namespace {
 
-constexpr double kNothingLeft = 2.220446049250313e-16;
 constexpr float kLargestSide = 8388608;  // Beyond it a float tells whole pixels no more apart.
+
+// Farther out no screen reaches, and sums stay within the limits of their numbers.
+constexpr std::int64_t kFarthest = (1 << 30) - 1;
+
+std::int32_t Limit(std::int64_t coordinate) {
+  return static_cast<std::int32_t>(std::clamp(coordinate, -kFarthest, kFarthest));
+}
 
 // One axis of a part in a frame.
 struct Span {
+  Span(std::int64_t start, std::int64_t end) : mStart(Limit(start)), mEnd(Limit(end)) {}
+
   std::int32_t mStart;
   std::int32_t mEnd;
 };
 
+RectT<std::int32_t> ToRect(const Span& x, const Span& y) {
+  return {x.mStart, y.mStart, x.mEnd - x.mStart, y.mEnd - y.mStart};
+}
+
 // Without an edge of its own a part stands in the middle.
-Span PlaceOnAxis(std::int32_t frame, std::int32_t part, std::optional<std::int32_t> nearOffset,
+Span PlaceOnAxis(std::int64_t frame, std::int64_t part, std::optional<std::int32_t> nearOffset,
                  std::optional<std::int32_t> farOffset) {
-  const std::int32_t farEdge = frame + farOffset.value_or(0);
+  const std::int64_t farEdge = frame + farOffset.value_or(0);
   if (nearOffset && farOffset) return {*nearOffset, farEdge};
   if (farOffset) return {farEdge - part, farEdge};
-  const std::int32_t start = nearOffset ? *nearOffset : (frame - part) / 2;
+  const std::int64_t start = nearOffset ? *nearOffset : (frame - part) / 2;
   return {start, start + part};
 }
 
@@ -43,30 +55,19 @@ RectT<std::int32_t> PlacePart(const LDockedPart& docked, const SizeT<std::int32_
   const Span y =
       PlaceOnAxis(frame.mHeight, docked.Height.value_or(own.mHeight), If(docked.mHasTop, docked.OffsetTop),
                   If(docked.mHasBottom, docked.OffsetBottom));
-  return {x.mStart, y.mStart, x.mEnd - x.mStart, y.mEnd - y.mStart};
+  return ToRect(x, y);
 }
 
 // The client area on one axis: inside the frame, whatever the offsets say.
-Span PlaceClientOnAxis(std::int32_t frame, std::int32_t nearOffset, std::int32_t farOffset) {
-  const std::int32_t start = std::clamp(nearOffset, 0, std::max(frame, 0));
-  const std::int32_t size = std::clamp(farOffset - start + frame, 0, std::max(frame, 0));
-  return {start, start + size};
+Span PlaceClientOnAxis(std::int64_t frame, std::int64_t nearOffset, std::int64_t farOffset) {
+  const std::int64_t whole = std::max<std::int64_t>(frame, 0);
+  const std::int64_t start = std::clamp<std::int64_t>(nearOffset, 0, whole);
+  return {start, start + std::clamp<std::int64_t>(farOffset - start + frame, 0, whole)};
 }
 
 RectT<double> ToDouble(const RectT<std::int32_t>& rect) {
   return {static_cast<double>(rect.mX), static_cast<double>(rect.mY), static_cast<double>(rect.mWidth),
           static_cast<double>(rect.mHeight)};
-}
-
-RectT<double> Intersect(const RectT<double>& left, const RectT<double>& right) {
-  const double x = std::max(left.mX, right.mX);
-  const double y = std::max(left.mY, right.mY);
-  return {x, y, std::min(left.GetRight(), right.GetRight()) - x,
-          std::min(left.GetBottom(), right.GetBottom()) - y};
-}
-
-bool IsEmpty(const RectT<double>& rect) {
-  return rect.mWidth <= kNothingLeft || rect.mHeight <= kNothingLeft;
 }
 
 float LimitSide(std::int32_t side) {
@@ -82,7 +83,7 @@ bool IsVisible(LRenderer& renderer, const RectT<double>& rect) {
 // Text edges are placed as floats and cut to whole pixels.
 std::int32_t Edge(float relative, std::int32_t absolute, std::int32_t side) {
   const float edge = relative * static_cast<float>(side) + static_cast<float>(absolute);
-  return RoundToInt32(std::trunc(edge));
+  return Limit(RoundToInt32(std::trunc(edge)));
 }
 
 }  // namespace
@@ -118,7 +119,7 @@ RectT<std::int32_t> LLook::PlaceClient() const {
   if (!client) return {0, 0, mSize.mWidth, mSize.mHeight};
   const Span x = PlaceClientOnAxis(mSize.mWidth, client->OffsetLeft, client->OffsetRight);
   const Span y = PlaceClientOnAxis(mSize.mHeight, client->OffsetTop, client->OffsetBottom);
-  return {x.mStart, y.mStart, x.mEnd - x.mStart, y.mEnd - y.mStart};
+  return ToRect(x, y);
 }
 
 RectT<std::int32_t> LLook::GetTextRect(std::int32_t width, std::int32_t height) const {
@@ -167,7 +168,7 @@ bool LLook::RenderClient(const RCPtr<LRenderer>& renderer, const Region& dirty) 
 }
 
 bool LLook::RenderText(const RCPtr<LRenderer>& renderer, const Region& dirty, const PointT<double>& offset) {
-  if (!mFontText || !mFontText->GetFont()) return false;
+  if (!mFontText || !mFontText->GetFont()) return true;
   const LColor color = GetTextForeground().GetSolidColor();
   const SizeT<std::int32_t>& size = mFontText->GetRectSize();
   const RectT<double> frame = ToDouble({mTextOrigin.mX, mTextOrigin.mY, size.mWidth, size.mHeight});

@@ -29,7 +29,8 @@ class LLook : public virtual LRefCountedObject {
   // Each draws what lies in dirty, a region of the renderer's target. True when something was drawn.
   virtual bool RenderNonClient(const RCPtr<LRenderer>& renderer, const Region& dirty);
   virtual bool RenderClient(const RCPtr<LRenderer>& renderer, const Region& dirty);
-  // Draws the text moved back by offset. Throws domain_error when its colour is a picture or a gradient.
+  // Draws the text moved back by offset; true as well when the look has none. Throws domain_error when its
+  // colour is a picture or a gradient, runtime_error when it has none.
   virtual bool RenderText(const RCPtr<LRenderer>& renderer, const Region& dirty,
                           const PointT<double>& offset);
 

@@ -83,9 +83,20 @@ void LVisualPart::Colorize() {
 }
 
 LColor LVisualPart::GetSolidColor() const {
+  if (!mColorizer) Throw<std::runtime_error>("", "TF::LVisualPart::GetSolidColor");
   LColor color = mColorizer->mColor;
   color.mAlpha *= mColorizerAlphaMod;
   return color;
+}
+
+// A colour fills what it is drawn in, whatever its own size, unless it stands in the middle.
+RectT<float> LVisualPart::PlaceColor(const SizeT<float>& size) const {
+  if (mResizeType != ResizeType::kCenter) return {0, 0, size.mWidth, size.mHeight};
+  const auto half = [](float outer, std::int32_t inner) {
+    return static_cast<float>((static_cast<std::int64_t>(outer) - inner) / 2);
+  };
+  return {half(size.mWidth, mSize.mWidth), half(size.mHeight, mSize.mHeight),
+          static_cast<float>(mSize.mWidth), static_cast<float>(mSize.mHeight)};
 }
 
 void LVisualPart::Draw(LRenderer& renderer, const SizeT<float>& size) const {
@@ -95,15 +106,7 @@ void LVisualPart::Draw(LRenderer& renderer, const SizeT<float>& size) const {
     return;
   }
   if (!mColorizer) Throw<std::runtime_error>("", "TF::LVisualPart::Draw");
-  RectT<float> rect{0, 0, size.mWidth, size.mHeight};
-  if (mResizeType == ResizeType::kCenter) {
-    const auto half = [](float outer, std::int32_t inner) {
-      return static_cast<float>((static_cast<std::int64_t>(outer) - inner) / 2);
-    };
-    rect = {half(size.mWidth, mSize.mWidth), half(size.mHeight, mSize.mHeight),
-            static_cast<float>(mSize.mWidth), static_cast<float>(mSize.mHeight)};
-  }
-  renderer.FillRect(rect, GetSolidColor(), true);
+  renderer.FillRect(PlaceColor(size), GetSolidColor(), true);
 }
 
 std::uint32_t LVisualPart::GetColorAtPoint(const PointT<double>& point) const {
@@ -121,6 +124,8 @@ std::uint32_t LVisualPart::GetColorAtPoint(const PointT<double>& point) const {
 std::uint32_t LVisualPart::GetColorAtPoint(const PointT<double>& point,
                                            const SizeT<double>& drawnSize) const {
   const SizeT<double> size = ToDouble(mSize);
+  if (!mBitmap && mColorizer && mColorizer->IsSolid() && !mPictureMissing)
+    return GetFilledColor(point, drawnSize);
   if (std::abs(drawnSize.mWidth - size.mWidth) < kSameSize &&
       std::abs(drawnSize.mHeight - size.mHeight) < kSameSize)
     return GetColorAtPoint(point);
@@ -139,22 +144,45 @@ std::uint32_t LVisualPart::GetColorAtPoint(const PointT<double>& point,
   Throw<std::runtime_error>("", "TF::LVisualPart::GetColorAtPoint");
 }
 
+std::uint32_t LVisualPart::GetFilledColor(const PointT<double>& point, const SizeT<double>& drawnSize) const {
+  const RectT<float> filled =
+      PlaceColor({static_cast<float>(drawnSize.mWidth), static_cast<float>(drawnSize.mHeight)});
+  const PointT<double> inside{point.mX - filled.mX, point.mY - filled.mY};
+  const bool isFilled = IsInside(point, drawnSize) && IsInside(inside, {filled.mWidth, filled.mHeight});
+  return isFilled ? GetSolidColor().ToPacked() : kNothing;
+}
+
 // A part that is drawn smaller than it is may hide the pixel that was drawn among several: any of them
 // counts.
 std::uint32_t LVisualPart::GetStretchedColor(const PointT<double>& point,
                                              const SizeT<double>& drawnSize) const {
   const SizeT<double> size = ToDouble(mSize);
-  if (size.mWidth <= drawnSize.mWidth && size.mHeight <= drawnSize.mHeight) {
+  if ((size.mWidth <= drawnSize.mWidth && size.mHeight <= drawnSize.mHeight) || !mBitmap) {
     return GetColorAtPoint(
         {point.mX * size.mWidth / drawnSize.mWidth, point.mY * size.mHeight / drawnSize.mHeight});
   }
   const SourceRange columns(point.mX, size.mWidth, drawnSize.mWidth);
   const SourceRange rows(point.mY, size.mHeight, drawnSize.mHeight);
-  for (double y = rows.mFrom; y < rows.mTo; ++y) {
-    for (double x = columns.mFrom; x < columns.mTo; ++x) {
-      const std::uint32_t color = GetColorAtPoint({x, y});
-      if (AlphaOf(color) > 0) return color;
-    }
+  const RectT<double> area{columns.mFrom, rows.mFrom, columns.mTo - columns.mFrom, rows.mTo - rows.mFrom};
+  return FindOpaque(Intersect(area, {0, 0, size.mWidth, size.mHeight}));
+}
+
+// Looks at what the image has of the area, which may reach far beyond it.
+std::uint32_t LVisualPart::FindOpaque(const RectT<double>& area) const {
+  const BitmapImage* const image = mBitmap->GetImage();
+  if (!image) return kNothing;
+  const Platform::Picture& picture = image->mPicture;
+  const RectT<double> moved{area.mX + mBitmap->GetX(), area.mY + mBitmap->GetY(), area.mWidth, area.mHeight};
+  const RectT<double> visible =
+      Intersect(moved, {0, 0, static_cast<double>(picture.mWidth), static_cast<double>(picture.mHeight)});
+  const auto width = static_cast<std::size_t>(visible.mWidth);
+  for (auto y = static_cast<std::size_t>(visible.mY); y < static_cast<std::size_t>(visible.GetBottom());
+       ++y) {
+    const std::uint32_t* const row =
+        picture.mPixels.data() + y * picture.mWidth + static_cast<std::size_t>(visible.mX);
+    const auto* const found =
+        std::find_if(row, row + width, [](std::uint32_t argb) { return AlphaOf(argb) > 0; });
+    if (found != row + width) return *found;
   }
   return kNothing;
 }

@@ -44,12 +44,16 @@ class LVisualPart : public virtual LRefCountedObject {
   // The picture's own size, else the one that the skin gives.
   const SizeT<std::int32_t>& GetSize() const { return mSize; }
   const String& GetName() const { return mName; }
-  // Of a part that is only a colour, its opacity times the part's factor.
+  // Of a part that is only a colour, its opacity times the part's factor. Throws runtime_error for a part
+  // without one.
   LColor GetSolidColor() const;
 
  private:
   RCPtr<LBitmap> LoadPicture(const String& path, const RectT<std::int32_t>& rect);
   void Colorize();
+  RectT<float> PlaceColor(const SizeT<float>& size) const;
+  std::uint32_t GetFilledColor(const PointT<double>& point, const SizeT<double>& drawnSize) const;
+  std::uint32_t FindOpaque(const RectT<double>& area) const;
   std::uint32_t GetStretchedColor(const PointT<double>& point, const SizeT<double>& drawnSize) const;
 
   String mName;

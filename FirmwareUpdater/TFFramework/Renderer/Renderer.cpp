@@ -114,6 +114,8 @@ void LRenderer::RestoreState() {
   RenderState& state = context->mState;
   // The saved clip is in the saved coordinates, so the origin goes first.
   Translate({saved.mOrigin.mX - state.mOrigin.mX, saved.mOrigin.mY - state.mOrigin.mY});
+  // A sum of far numbers, or of what is no number, would not come back to it.
+  state.mOrigin = saved.mOrigin;
   state.mAlpha = saved.mAlpha;
   SetClipRect(saved.mClip);
   SetStencil(saved.mStencil);

@@ -47,4 +47,17 @@ TEST(LineBreaker, BreaksAtBlanksBehindHyphensAndInsideLongWords) {
   }
 }
 
+TEST(LineBreaker, ALongTextIsNotMeasuredOverAndOver) {
+  for (const std::u16string& text :
+       {std::u16string(20000, u'-'), std::u16string(20000, u'a'), std::u16string(20000, u' ')}) {
+    std::size_t measured = 0;
+    const auto lines = TF::BreakLines(text, 100, [&measured](std::u16string_view part) {
+      measured += part.size();
+      return static_cast<float>(part.size());
+    });
+    EXPECT_GE(lines.size(), 190U);
+    EXPECT_LT(measured, text.size() * 20);
+  }
+}
+
 }  // namespace

@@ -202,6 +202,56 @@ TEST_F(LookTest, WhatIsSeenIsWhatIsHit) {
   }
 }
 
+TEST_F(LookTest, AColourIsHitWhereItIsSeen) {
+  struct Case {
+    ResizeType mType;
+    SizeT<std::int32_t> mSize;
+  };
+  for (const Case& entry : {Case{ResizeType::kStretch, {0, 0}}, Case{ResizeType::kTile, {3, 3}},
+                            Case{ResizeType::kCenter, {7, 4}}, Case{ResizeType::kCenter, {20, 1}},
+                            Case{ResizeType::kStretch, {INT32_MAX, INT32_MAX}}}) {
+    auto part = ColorPart(kRed, entry.mSize);
+    part->mResizeType = entry.mType;
+    auto descriptor = MakeRC<LLookDescriptor>();
+    descriptor->mClientPart = Client(part, 0, 0, 0, 0);
+    LLook look(descriptor, nullptr);
+    look.SetSize({10, 5});
+    Draw(look);
+    for (std::int32_t y = 0; y < 5; ++y) {
+      for (std::int32_t x = 0; x < 10; ++x) {
+        const bool hit = look.GetColorAtPoint({static_cast<double>(x), static_cast<double>(y)}) >> 24 > 0;
+        EXPECT_EQ(At(x, y) != kClear, hit) << x << ' ' << y << " of " << entry.mSize.mWidth;
+      }
+    }
+  }
+}
+
+// A skin may say that a part is larger than the whole sheet.
+TEST_F(LookTest, APartBeyondItsImageIsHitAtOnce) {
+  auto part = PicturePart(2, 2, std::vector<std::uint32_t>(4, kClear), ResizeType::kStretch);
+  part->mImageRect = {-5, -5, INT32_MAX, INT32_MAX};
+  mDescriptor->mClientPart = Client(part, 0, 0, 0, 0);
+  LLook look(mDescriptor, nullptr);
+  look.SetSize({1, 1});
+  EXPECT_EQ(look.GetColorAtPoint({0, 0}), LVisualPart::kNothing);
+}
+
+TEST_F(LookTest, OffsetsAtTheEndOfTheNumbersLeaveALook) {
+  mDescriptor->mHasText = true;
+  mDescriptor->TextForegroundPart = ColorPart(kRed);
+  for (const std::int32_t offset : {INT32_MAX, INT32_MIN}) {
+    mDescriptor->TextLeftAbs = -offset / 2;
+    mDescriptor->TextRightAbs = mDescriptor->TextTopAbs = offset;
+    mDescriptor->mClientPart = Client(ColorPart(kGreen), 0, offset, offset, 0);
+    mDescriptor->mNonClientParts.Add(
+        Client(ColorPart(kBlue, {INT32_MAX, 1}), -offset / 2, offset, offset, offset));
+    LLook look(mDescriptor, nullptr);
+    look.SetSize({10, 10});
+    Draw(look);
+    EXPECT_EQ(look.GetClientRect().mWidth, offset > 0 ? 10 : 0);
+  }
+}
+
 // Shrinking leaves pixels out; whoever clicks there still means the part.
 TEST_F(LookTest, AShrunkPictureIsHitWhereAnyOfItsPixelsIsOpaque) {
   std::vector<std::uint32_t> pixels(36, kClear);
@@ -267,8 +317,6 @@ class LookTextTest : public LookTest {
     mDescriptor->TextBottomRel = 1;
     mDescriptor->TextForegroundPart = ColorPart(kRed, {0, 0});
   }
-  LLook Make() { return LLook(mDescriptor, mFont); }
-
   const RCPtr<LFont> mFont = LFont::Get(u"Arial", 8.25F, LFont::kRegular);
 };
 
@@ -312,6 +360,17 @@ TEST_F(LookTextTest, WrapsToItsRectangleAndMeasuresForAnother) {
   EXPECT_EQ(text.GetLineCount(), 1);
   EXPECT_EQ(text.GetHeightForWidth(1), height);
   EXPECT_EQ(text.GetNaturalWidth(), 0);
+}
+
+TEST_F(LookTextTest, LinesThatWereMadeBeforeThereWasARendererAreMadeAgain) {
+  mApplication->mRenderer = nullptr;
+  LLook look(mDescriptor, mFont);
+  look.SetSize({200, 40});
+  look.SetText(u"some text");
+  EXPECT_EQ(look.GetFontText()->GetLineRect(0).mWidth, 0);
+  mApplication->mRenderer = mRenderer;
+  EXPECT_GT(look.GetFontText()->GetLineRect(0).mWidth, 20);
+  EXPECT_GT(look.GetFontText()->GetLineRect(0).mHeight, 0);
 }
 
 TEST_F(LookTextTest, DrawsInsideItsRectangleInTheColourOfItsPart) {

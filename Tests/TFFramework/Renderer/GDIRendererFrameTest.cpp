@@ -120,4 +120,22 @@ TEST(GDIRendererFrame, ASwappedSurfaceGoesOnEmptyAndCanShowItsOwnPast) {
   EXPECT_EQ(rig.mWindow.GetInk(), (TF::RectT<std::int32_t>{20, 4, 5, 2}));
 }
 
+// The frame of another context runs while its own buffers take turns.
+TEST(GDIRendererFrame, ASurfaceThatWasSwappedInsideAnotherFrameKeepsItsClip) {
+  RendererRig rig;
+  const auto outer = rig.MakeSurface(20, 20);
+  const auto inner = rig.MakeSurface(4, 4);
+  rig.Draw([&](LRenderer& renderer) {
+    renderer.RenderStart(outer);
+    renderer.SetClipRect({0, 0, 5, 5});
+    renderer.RenderStart(inner);
+    EXPECT_EQ(renderer.DrawContextAndSwap(outer, {}), TF::kSuccess);
+    renderer.RenderFinish(inner);
+    renderer.FillRect({0, 0, 20, 20}, Color(kRed), true);
+    renderer.RenderFinish(outer);
+    EXPECT_EQ(renderer.DrawContext(outer, {}, {0, 0, 20, 20}), TF::kSuccess);
+  });
+  EXPECT_EQ(rig.mWindow.CountInk(), 25);
+}
+
 }  // namespace

@@ -123,7 +123,8 @@ TEST(GDIRendererPicture, PicturesFarLargerThanTheWindowShowEachOfTheirParts) {
   EXPECT_EQ(rig.mWindow.At(0, 6), 0U);
   EXPECT_EQ(rig.mWindow.At(10, 10), kA);
   EXPECT_EQ(rig.mWindow.At(39, 11), kC);
-  EXPECT_EQ(rig.mWindow.At(0, 20), 0U) << "more than memory should hold";
+  EXPECT_EQ(rig.mWindow.At(0, 20), kA) << "more than memory should hold";
+  EXPECT_EQ(rig.mWindow.At(38, 29), kC);
 }
 
 TEST(GDIRendererPicture, CachedDrawingTakesNothingFromTheHeap) {

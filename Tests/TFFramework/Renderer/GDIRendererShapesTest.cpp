@@ -253,4 +253,23 @@ TEST(GDIRendererShapes, AbsurdNumbersLeaveTheRendererUsable) {
   EXPECT_EQ(rig.mWindow.GetInk(), (Ink{2, 2, 5, 5}));
 }
 
+TEST(GDIRendererShapes, AnAssignedPolylineIsAnotherShape) {
+  RendererRig rig;
+  auto line = Polyline({{2, 2}, {10, 2}});
+  const auto draw = [&](LRenderer& renderer) { renderer.DrawPolyline(line, Color(kRed), {}, {1, 1}, 1); };
+  rig.Draw(draw);
+  line = Polyline({{2, 9}, {10, 9}});
+  rig.Draw(draw);
+  EXPECT_EQ(rig.mWindow.GetInk(), (Ink{2, 9, 9, 1}));
+}
+
+TEST(GDIRendererShapes, AShapeThatReachesFarBeyondTheWindowStillCoversIt) {
+  RendererRig rig;
+  auto square = Polyline({{-1000, -1000}, {1000, -1000}, {1000, 1000}, {-1000, 1000}});
+  for (const float scale : {1.0F, 9000.0F, 1e6F}) {
+    rig.Draw([&](LRenderer& renderer) { renderer.FillPolygon(square, Color(kRed), {}, {scale, scale}); });
+    EXPECT_EQ(rig.mWindow.CountInk(), RendererRig::kWidth * RendererRig::kHeight) << scale;
+  }
+}
+
 }  // namespace

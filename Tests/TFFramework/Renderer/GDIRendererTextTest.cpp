@@ -211,4 +211,19 @@ TEST(LFontTest, AFontIsMeasuredOnceThereIsARenderer) {
   EXPECT_EQ(font->GetDescent(), 4) << "and keeps the answer";
 }
 
+TEST(GDIRendererText, ALongerTextIsNeverNarrower) {
+  RendererRig rig;
+  for (const float size : {8.0F, 1000.0F, 1e30F}) {
+    const auto font = TF::LFont::Get(u"Arial", size, TF::LFont::kRegular);
+    float widest = 0;
+    for (const std::size_t length : {100U, 1000U, 2000U, 20000U}) {
+      const float width = rig.mRenderer->MeasureText(std::u16string(length, u'M'), font).mWidth;
+      EXPECT_GE(width, widest) << size << ' ' << length;
+      widest = width;
+    }
+    EXPECT_EQ(rig.mRenderer->GetFontMetrics(font),
+              rig.mRenderer->GetFontMetrics(TF::LFont::Get(u"Arial", std::min(size, 1000.0F), 0)));
+  }
+}
+
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <stdexcept>
 
 #include "TFFramework/Renderer/AutoClip.h"
@@ -90,6 +91,17 @@ TEST_F(RendererState, PushOriginRoundsAndLeavesTheClipInPlace) {
   mRenderer->RestoreState();
   EXPECT_EQ(State().mOrigin, Point());
   EXPECT_EQ(State().mClip, (Rect{0, 0, 50, 50}));
+}
+
+TEST_F(RendererState, AnOriginThatIsNoPlaceIsLeftBehind) {
+  for (const double far : {std::nan(""), 1e300, -1e300}) {
+    mRenderer->Translate({7, 3});
+    mRenderer->SaveState();
+    mRenderer->Translate({far, far});
+    mRenderer->RestoreState();
+    EXPECT_EQ(mRenderer->GetState()->mOrigin, (Point{7, 3})) << far;
+    mRenderer->Translate({-7, -3});
+  }
 }
 
 TEST_F(RendererState, PushClipMovesTheOriginAndNarrowsTheClip) {

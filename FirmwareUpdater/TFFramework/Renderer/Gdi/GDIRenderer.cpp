@@ -15,7 +15,7 @@ namespace TF {
 
 namespace {
 
-// Pixels of one picture; a larger one is not drawn.
+// Pixels of one kept picture.
 constexpr std::int64_t kMaxPicturePixels = 16 * 1024 * 1024;
 
 std::uint32_t ApplicationTick() {
@@ -27,8 +27,8 @@ Platform::PixelRect Pixels(const RectT<std::int32_t>& rect) {
   return {rect.mX, rect.mY, rect.mWidth, rect.mHeight};
 }
 
-bool CanBeDrawn(const SizeT<std::int32_t>& size) {
-  return size.mWidth > 0 && size.mHeight > 0 && std::int64_t{size.mWidth} * size.mHeight <= kMaxPicturePixels;
+bool CanBeKept(const SizeT<std::int32_t>& size) {
+  return std::int64_t{size.mWidth} * size.mHeight <= kMaxPicturePixels;
 }
 
 }  // namespace
@@ -74,6 +74,8 @@ TFRESULT LGDIRenderer::RenderFinish(const RCPtr<LRenderContextInfo>& context) {
   const TFRESULT result = LRenderer::RenderFinish(context);
   const RCPtr<LGDIRenderContextInfo> finished = std::exchange(mContext, RCPtr<LGDIRenderContextInfo>());
   mContext = RCPtr<LRenderContextInfo>(GetTopContext());
+  // Its buffers may have been swapped meanwhile.
+  ApplyClip();
   if (finished && !finished->mIsOffscreen && finished->mWindow) Show(*finished);
   PurgeNowAndThen();
   return result;
@@ -125,10 +127,27 @@ Platform::CanvasPoint LGDIRenderer::ToTarget(const PointT<float>& point) const {
 void LGDIRenderer::DrawBitmap(const RCPtr<LBitmap>& bitmap, const RectT<float>& rect, ResizeType resizeType) {
   if (!mContext) Throw<std::runtime_error>("", "TF::LGDIRenderer::DrawBitmap");
   const SizeT<std::int32_t> size{RoundToInt32(rect.mWidth), RoundToInt32(rect.mHeight)};
-  if (!bitmap || !CanBeDrawn(size)) return;
-  const RCPtr<LCachedBitmap> cached = FindPicture(bitmap, size, resizeType);
+  if (!bitmap || size.mWidth <= 0 || size.mHeight <= 0) return;
   const Platform::CanvasPoint place = ToTarget(PointT<float>{rect.mX, rect.mY});
-  GetCanvas()->DrawPicture(cached->GetPicture(), ToPixel(place.mX), ToPixel(place.mY));
+  const PointT<std::int32_t> corner{ToPixel(place.mX), ToPixel(place.mY)};
+  if (!CanBeKept(size)) return DrawVisible(*bitmap, corner, size, resizeType);
+  const RCPtr<LCachedBitmap> cached = FindPicture(bitmap, size, resizeType);
+  GetCanvas()->DrawPicture(cached->GetPicture(), corner.mX, corner.mY);
+}
+
+// Of a picture that is too large to be kept, only what can be seen is scaled, each time.
+void LGDIRenderer::DrawVisible(const LBitmap& bitmap, const PointT<std::int32_t>& corner,
+                               const SizeT<std::int32_t>& size, ResizeType resizeType) {
+  const Platform::PixelRect clip = ToTarget(mContext->mState.mClip);
+  const SizeT<std::int32_t> target = mContext->mBackBuffer->GetSize();
+  RectT<std::int32_t> area = Intersect(RectT<std::int32_t>{clip.mX, clip.mY, clip.mWidth, clip.mHeight},
+                                       RectT<std::int32_t>{0, 0, target.mWidth, target.mHeight});
+  area = Intersect(area, RectT<std::int32_t>{corner.mX, corner.mY, size.mWidth, size.mHeight});
+  if (IsEmpty(area)) return;
+  const RectT<std::int32_t> part{area.mX - corner.mX, area.mY - corner.mY, area.mWidth, area.mHeight};
+  const auto picture = Platform::GetDesktop().CreatePicture(part.mWidth, part.mHeight,
+                                                            ScalePicture(bitmap, size, resizeType, part));
+  GetCanvas()->DrawPicture(*picture, area.mX, area.mY);
 }
 
 RCPtr<LCachedBitmap> LGDIRenderer::FindPicture(const RCPtr<LBitmap>& bitmap, const SizeT<std::int32_t>& size,
@@ -136,7 +155,8 @@ RCPtr<LCachedBitmap> LGDIRenderer::FindPicture(const RCPtr<LBitmap>& bitmap, con
   RCPtr<LCachedBitmap>* const slot = mBitmapCache.Find({bitmap, size.mWidth, size.mHeight});
   if (!*slot) {
     *slot = MakeRC<LCachedBitmap>(Platform::GetDesktop().CreatePicture(
-        size.mWidth, size.mHeight, ScalePicture(*bitmap, size, resizeType)));
+        size.mWidth, size.mHeight,
+        ScalePicture(*bitmap, size, resizeType, {0, 0, size.mWidth, size.mHeight})));
   }
   return *slot;
 }

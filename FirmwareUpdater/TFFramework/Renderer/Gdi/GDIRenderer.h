@@ -76,6 +76,8 @@ class LGDIRenderer : public LRenderer {
   Platform::PixelRect ToTarget(const RectT<double>& rect) const;
   Platform::CanvasPoint ToTarget(const PointT<float>& point) const;
   void FillMoved(const RectT<double>& rect, const LColor& color, const PointT<float>& offset);
+  void DrawVisible(const LBitmap& bitmap, const PointT<std::int32_t>& corner, const SizeT<std::int32_t>& size,
+                   ResizeType resizeType);
   RCPtr<LCachedBitmap> FindPicture(const RCPtr<LBitmap>& bitmap, const SizeT<std::int32_t>& size,
                                    ResizeType resizeType);
   RCPtr<LGraphicsPath> FindPath(PolylineT<float>& polyline, Platform::PathKind kind);

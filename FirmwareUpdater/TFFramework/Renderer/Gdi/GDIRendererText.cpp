@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 #include <string>
@@ -38,7 +39,7 @@ const LGDIRenderer::FontEntry& LGDIRenderer::FindFont(const RCPtr<LFont>& font) 
   if (font) entry.mCanvasFont = Platform::GetDesktop().OpenFont(Describe(*font));
   if (entry.mCanvasFont) {
     const Platform::FontDesign design = entry.mCanvasFont->GetDesign();
-    const double pixels = font->GetSize() * kPixelsPerPoint;
+    const double pixels = std::min<double>(font->GetSize(), Platform::kLargestFontSize) * kPixelsPerPoint;
     entry.mMetrics = RoundedMetrics(design, pixels);
     entry.mAscent = design.mAscent * pixels;
   }

@@ -5,12 +5,15 @@
 
 namespace TF {
 
-// A number that no other shape of the process has; a copied shape gets a new one.
+// A number that no other shape of the process has; a shape that is copied or assigned gets a new one.
 class ShapeHandle {
  public:
   ShapeHandle() = default;
   ShapeHandle(const ShapeHandle&) : ShapeHandle() {}
-  ShapeHandle& operator=(const ShapeHandle&) { return *this; }
+  ShapeHandle& operator=(const ShapeHandle&) {
+    mValue = Next();
+    return *this;
+  }
 
   std::int32_t Get() const { return mValue; }
 

@@ -91,9 +91,15 @@ void LControl::RelayoutBehind() {
       if (result == kSuccess) changed.push_back(sibling);
     }
   }
-  for (; !changed.empty(); changed.pop_back()) {
-    if (changed.back()->mParent == parent) parent->OnChildBoundsChange(changed.back());
+  {
+    // The parent follows once, when it is told of this control, which comes last.
+    const Restore layout(parent->mInLayout);
+    parent->mInLayout = true;
+    for (; changed.size() > 1; changed.pop_back()) {
+      if (changed.back()->mParent == parent) parent->OnChildBoundsChange(changed.back());
+    }
   }
+  if (mParent == parent) parent->OnChildBoundsChange(changed.front());
 }
 
 void LControl::ParentResized(const SizeT<double>&) {

@@ -24,7 +24,12 @@ class BoxControl : public LControl {
   }
   LLayoutDescriptor& Layout() { return *GetLayout(); }
   std::int32_t mRelayouts = 0;
+  std::int32_t mBoundsChanges = 0;
 
+  void BeginBoundsChange() override {
+    ++mBoundsChanges;
+    LControl::BeginBoundsChange();
+  }
   void ParentResized(const SizeT<double>& size) override {
     ++mRelayouts;
     LControl::ParentResized(size);

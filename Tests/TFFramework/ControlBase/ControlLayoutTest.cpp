@@ -203,6 +203,26 @@ TEST_F(ControlLayoutTest, ALongRowOfSiblingsThatMoveOneAnotherNeedsNoDeepStack) 
   EXPECT_EQ(Child(u"b5000")->mRelayouts, 1);
 }
 
+TEST_F(ControlLayoutTest, AParentGrowsOnceWithALongRowInIt) {
+  constexpr int kCount = 5000;
+  std::string row = Box("b0", "LayoutOrder='0' XSizeAbs='1'");
+  for (int i = 1; i < kCount; ++i) {
+    row += Box("b" + std::to_string(i), "LayoutOrder='" + std::to_string(i) + "' XPositionToControl='b" +
+                                            std::to_string(i - 1) + "' XPositionRel='1' XSizeAbs='1'");
+  }
+  MakeTree(Box("panel", "XSizeAbs='0' XMinSizeToControl='Children' XMinSizeRel='1'", row));
+  EXPECT_EQ(Child(u"panel")->GetBounds().mWidth, kCount);
+  const RCPtr<LControl> first = Child(u"panel")->GetChild(0);
+  LayoutPosition position;
+  LayoutSize size;
+  first->GetAxisLayout(LayoutAxis::kX, position, size);
+  size.mAbs = 101;
+  const std::int32_t before = Child(u"panel")->mBoundsChanges;
+  first->SetAxisLayout(LayoutAxis::kX, position, size);
+  EXPECT_EQ(Child(u"panel")->GetBounds().mWidth, kCount + 100);
+  EXPECT_EQ(Child(u"panel")->mBoundsChanges, before + 1);
+}
+
 // Descriptors of controls in one another, each one pixel narrower than what is around it.
 RCPtr<LControlDescriptor> NestedBoxes(int levels) {
   RCPtr<LControlDescriptor> inner;

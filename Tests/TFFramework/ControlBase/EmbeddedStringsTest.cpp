@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "App/Resources/ProgramResources.h"
+#include "TFFramework/Application/VersionBlock.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/ControlBase/DocumentSource.h"
 #include "TFFramework/ControlBase/XmlReader.h"
@@ -293,9 +294,43 @@ TEST_F(EmbeddedStringsTest, EveryTranslationKeepsPlaceholdersBlanksAndBackslashe
       EXPECT_EQ(text.find('\n'), text.npos) << text;
       if (text == ToUtf8(english)) ++same;
     }
-    // "Error" in Spanish and "Minute" in French are no words left in English.
+    // "Error" in Spanish and "Minute" in German are no words left in English.
     EXPECT_LE(same, 2) << language;
   }
+}
+
+TEST_F(EmbeddedStringsTest, EveryLanguageStandsUnderItsOwnNumber) {
+  const std::pair<std::uint32_t, const char16_t*> words[] = {
+      {0x0409, u"Paste"},  {0x000A, u"Pegar"},   {0x0407, u"Einfügen"}, {0x0411, u"貼り付け"},
+      {0x040C, u"Coller"}, {0x0410, u"Incolla"}, {0x0412, u"붙여넣기"}, {0x0404, u"貼上"},
+      {0x0C04, u"貼上"},   {0x1404, u"貼上"},    {0x7C04, u"貼上"},     {0x0804, u"粘贴"},
+      {0x0413, u"Paste"}};
+  for (const auto& [language, word] : words) {
+    const auto factory = MakeRC<LControlFactory>(u"Tessel");
+    ASSERT_EQ(factory->LoadStrings(kFrameworkSource, kApplicationSource, language), kSuccess);
+    String text;
+    EXPECT_TRUE(factory->GetFrameworkStrings()->GetString(u"EDIT_PASTE", text));
+    EXPECT_EQ(text, word) << language;
+  }
+}
+
+// Folders of the settings and the window's title hang on these.
+TEST_F(EmbeddedStringsTest, TheVersionBlockTellsWhoMadeTheProgram) {
+  const auto block = VersionBlock::Parse(*FindResource(u"VERSION", u"1"));
+  ASSERT_TRUE(block);
+  ASSERT_EQ(block->GetTranslations().size(), 1U);
+  const Translation& translation = block->GetTranslations().front();
+  EXPECT_EQ(translation.mLanguage, 0U);
+  EXPECT_EQ(translation.mCodePage, 0x04B0U);
+  const std::vector<std::pair<String, String>> strings = {
+      {u"CompanyName", u"Varnok"},
+      {u"ProductName", u"Tessel"},
+      {u"ProductVersion", u"1.0.14"},
+      {u"FileVersion", u"1.0.14.43588"},
+      {u"FileDescription", u"Tessel Firmware Updater"},
+      {u"InternalName", u"Tessel Firmware Updater.exe"},
+      {u"OriginalFilename", u"Tessel Firmware Updater.exe"}};
+  EXPECT_EQ(translation.mStrings, strings);
 }
 
 TEST_F(EmbeddedStringsTest, NoTwoLanguagesAreOneTranslation) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 
@@ -99,6 +100,19 @@ TEST_F(LBitmapTest, APathIsLoadedOnceWhateverItsCase) {
   ASSERT_TRUE(resource);
   EXPECT_EQ(LBitmap::LoadBitmap(u"::SHEET_2X.PNG"), resource);
   EXPECT_FALSE(resource == file);
+}
+
+TEST_F(LBitmapTest, EveryWayToAFileLeadsToOnePicture) {
+  Write("Picture.png", mSheet);
+  const auto former = std::filesystem::current_path();
+  std::filesystem::current_path(mFolder.Path());
+  const RCPtr<LBitmap> picture = LBitmap::LoadBitmap(PathOf("Picture.png"));
+  ASSERT_TRUE(picture);
+  for (const char16_t* path : {u"Picture.png", u".\\Picture.png", u"./Picture.png"}) {
+    EXPECT_EQ(LBitmap::LoadBitmap(path), picture) << TF::ToUtf8(path);
+  }
+  std::filesystem::current_path(former);
+  EXPECT_FALSE(LBitmap::LoadBitmap(u"Picture.png"));
 }
 
 TEST_F(LBitmapTest, AForgottenPictureIsDecodedAgain) {

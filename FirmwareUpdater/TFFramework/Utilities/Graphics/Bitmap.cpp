@@ -4,12 +4,14 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "Platform/NativePath.h"
 #include "TFFramework/ObjectBase/Exception.h"
 #include "TFFramework/Utilities/Graphics/BitmapData.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
@@ -86,6 +88,13 @@ bool IsEmpty(const SizeT<std::int32_t>& size) {
   return size.mWidth < 1 || size.mHeight < 1;
 }
 
+// One file has one full path, whatever way leads to it.
+String FullPath(const String& path) {
+  if (IsResourcePath(path)) return path;
+  const std::filesystem::path native(Platform::ToNativePath(path));
+  return String(Platform::FromNativePath(native.lexically_normal().string()));
+}
+
 }  // namespace
 
 LBitmap::LBitmap(const String& path, const String& key) : mPath(path), mKey(key) {
@@ -104,7 +113,7 @@ void LBitmap::Take(Platform::Picture picture) {
 }
 
 RCPtr<LBitmap> LBitmap::LoadBitmap(const String& path) {
-  const String key = (IsResourcePath(path) ? path : File::GetLongPath(path)).ToUpper();
+  const String key = FullPath(path).ToUpper();
   const auto found = BitmapTable().find(key);
   if (found != BitmapTable().end()) return found->second;
   const auto bitmap = MakeRC<LBitmap>(path, key);

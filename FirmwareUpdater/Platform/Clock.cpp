@@ -58,6 +58,23 @@ std::uint32_t MillisecondTicks() {
          static_cast<std::uint32_t>(now.tv_nsec / kNanosecondsPerMillisecond);
 }
 
+LocalTime GetLocalTime() {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  tm fields{};
+  if (!localtime_r(&now.tv_sec, &fields)) return {};
+  constexpr int kFirstYear = 1900;
+  const auto number = [](long value) { return static_cast<std::uint32_t>(value); };
+  return {number(fields.tm_year + kFirstYear),
+          number(fields.tm_mon + 1),
+          number(fields.tm_wday),
+          number(fields.tm_mday),
+          number(fields.tm_hour),
+          number(fields.tm_min),
+          number(fields.tm_sec),
+          number(now.tv_nsec / kNanosecondsPerMillisecond)};
+}
+
 void SleepMilliseconds(std::uint32_t milliseconds) {
   timespec until = Now();
   until.tv_sec += milliseconds / kMillisecondsPerSecond;

@@ -7,10 +7,34 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
+#include <ctime>
 #include <thread>
 
 namespace Platform {
 namespace {
+
+TEST(Clock, LocalTimeIsTheUsersWallClock) {
+  setenv("TZ", "UTC-5:30", 1);
+  tzset();
+  const std::time_t before = std::time(nullptr);
+  const Platform::LocalTime time = Platform::GetLocalTime();
+  const std::time_t after = std::time(nullptr);
+  unsetenv("TZ");
+  tzset();
+  std::tm fields{};
+  fields.tm_year = static_cast<int>(time.mYear) - 1900;
+  fields.tm_mon = static_cast<int>(time.mMonth) - 1;
+  fields.tm_mday = static_cast<int>(time.mDay);
+  fields.tm_hour = static_cast<int>(time.mHour);
+  fields.tm_min = static_cast<int>(time.mMinute);
+  fields.tm_sec = static_cast<int>(time.mSecond);
+  const std::time_t told = timegm(&fields) - (5 * 60 + 30) * 60;
+  EXPECT_GE(told, before);
+  EXPECT_LE(told, after);
+  EXPECT_EQ(static_cast<int>(time.mDayOfWeek), fields.tm_wday);
+  EXPECT_LT(time.mMilliseconds, 1000U);
+}
 
 TEST(Clock, SignalsDoNotShortenASleep) {
   static std::atomic<int> signals{0};

@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "TFFramework/Application/ApplicationFolders.h"
+#include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/Notification/Notification.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
@@ -125,6 +126,19 @@ TFRESULT LFrameworkApp::SetSkin(std::int32_t index) {
   mControlFactory->GetSkinFont(name, size, style);
   mDefaultFont = LFont::Get(name, size, style);
   return kSuccess;
+}
+
+TFRESULT LFrameworkApp::GetLocalTime(Platform::LocalTime& time) {
+  time = Platform::GetLocalTime();
+  return kSuccess;
+}
+
+RCPtr<LControl> LFrameworkApp::CreateControl(const String& name) {
+  return mControlFactory ? mControlFactory->CreateControl(name, nullptr) : nullptr;
+}
+
+std::int32_t LFrameworkApp::GetRendererType() {
+  return static_cast<std::int32_t>(RendererType::kGdi);
 }
 
 bool LFrameworkApp::ProcessNotifications(bool sendIdle) {

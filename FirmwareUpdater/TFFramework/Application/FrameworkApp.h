@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 
+#include "Platform/Clock.h"
 #include "TFFramework/Notification/NotificationCenter.h"
 #include "TFFramework/Notification/NotificationClient.h"
 #include "TFFramework/Utilities/Storage/StringT.h"
@@ -10,6 +11,7 @@
 
 namespace TF {
 
+class LControl;
 class LControlFactory;
 class LFont;
 class LRenderer;
@@ -60,6 +62,13 @@ class LFrameworkApp : public virtual LNotificationClient {
   virtual double GetTime() = 0;
   // Milliseconds of a clock that wraps.
   virtual std::uint32_t GetTickCount() = 0;
+  // kSuccess.
+  virtual TFRESULT GetLocalTime(Platform::LocalTime& time);
+  // A top-level control of the current skin that stands in no window; null when the skin has none of this
+  // name. Throws runtime_error for a control class that is not registered.
+  virtual RCPtr<LControl> CreateControl(const String& name);
+  // What LRenderer::Create takes: the default renderer.
+  virtual std::int32_t GetRendererType();
   // Delivers what waits in the queues; true when something remains.
   virtual bool ProcessNotifications(bool sendIdle);
   // A failure that is in the list of settled results ends the run without an error.

@@ -8,6 +8,7 @@
 #include "Platform/NativePath.h"
 #include "TFFramework/Application/ApplicationBase.h"
 #include "TFFramework/Application/MFCFrameworkApp.h"
+#include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
 #include "TFFramework/Renderer/FontRenderer/Font.h"
@@ -98,6 +99,7 @@ TEST_F(Startup, GivesTheApplicationItsTextsAndTheFontOfAStoredSkin) {
       ASSERT_TRUE(application.GetDefaultFont());
       EXPECT_EQ(application.GetDefaultFont()->GetName(), u"Arial");
       EXPECT_EQ(application.GetDefaultFont()->GetSize(), 8.25F);
+      EXPECT_FALSE(application.CreateControl(u"noSuchControl"));
     };
     startup.Run();
     EXPECT_EQ(looks, 1);

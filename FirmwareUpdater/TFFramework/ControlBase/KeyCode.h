@@ -2,13 +2,60 @@
 
 #include <cstdint>
 
+#include "TFFramework/Utilities/Storage/StringT.h"
+
 namespace TF {
 
-// A key or a character with its modifiers.
+// A key that went down or up, or a character, with the modifiers that were held.
 struct KeyCode {
+  static constexpr std::uint32_t kCharacterMask = 0x0000FFFF;
+  static constexpr std::uint32_t kVirtualKeyMask = 0x00FF0000;
+  static constexpr std::uint32_t kVirtualKeyShift = 16;
+  static constexpr std::uint32_t kCtrl = 1U << 24;
+  static constexpr std::uint32_t kShift = 1U << 25;
+  static constexpr std::uint32_t kAlt = 1U << 26;
+  static constexpr std::uint32_t kCommand = 1U << 27;
+  static constexpr std::uint32_t kFifth = 1U << 28;
+  static constexpr std::uint32_t kPressed =
+      1U << 29;  // Of a virtual key; clear on its release and on characters.
+  static constexpr std::uint32_t kNoKey = 1U << 31;
+
+  // The bits above. Two keys are the same when these are.
   std::uint32_t code = 0;
+  // 0x1 left Shift, 0x2 right Shift, and so on for Ctrl, Alt and Command.
   std::uint32_t sides = 0;
+  // On a press: the key was down already. True on a release, false on a character.
   bool repeated = false;
 };
+
+// The modifiers that go with an event.
+namespace Modifier {
+inline constexpr std::uint32_t kCtrl = 0x1;
+inline constexpr std::uint32_t kLeftCtrl = 0x2;  // Each side is set together with the general bit.
+inline constexpr std::uint32_t kRightCtrl = 0x4;
+inline constexpr std::uint32_t kShift = 0x8;
+inline constexpr std::uint32_t kLeftShift = 0x10;
+inline constexpr std::uint32_t kRightShift = 0x20;
+inline constexpr std::uint32_t kAlt = 0x40;
+inline constexpr std::uint32_t kLeftAlt = 0x80;
+inline constexpr std::uint32_t kRightAlt = 0x100;
+inline constexpr std::uint32_t kCommand = 0x200;
+inline constexpr std::uint32_t kLeftCommand = 0x400;
+inline constexpr std::uint32_t kRightCommand = 0x800;
+inline constexpr std::uint32_t kFifth = 0x1000;
+}  // namespace Modifier
+
+// From what a window hears; mask is made of Modifier's bits.
+KeyCode KeyCodeFromCharacter(char16_t character, std::uint32_t mask);
+KeyCode KeyCodeFromVirtualKey(std::uint8_t key, bool pressed, bool repeated, std::uint32_t mask);
+
+// For people to read, such as "Ctrl+Shift+F1". A key without a text leaves its modifiers alone.
+String KeyCodeToDisplayText(const KeyCode& key);
+// For documents, such as "Ctrl+VKEY_F1"; a character is its number, as "[65]".
+String KeyCodeToName(const KeyCode& key);
+// Reads a name in any case. A virtual key takes all four modifiers, a character Alt alone, and a name that is
+// none is a press of no key. Names are those that KeyCodeToName writes, but for Command, which is read as
+// "Command".
+KeyCode KeyCodeFromName(const String& text);
 
 }  // namespace TF

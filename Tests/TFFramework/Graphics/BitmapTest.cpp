@@ -36,6 +36,18 @@ Bytes SheetFile(std::uint32_t difference = 0) {
   return TestSupport::WriteArgbPng(kWidth, kHeight, pixels);
 }
 
+// Moves the working folder for a while.
+class WorkingFolder {
+ public:
+  explicit WorkingFolder(const std::filesystem::path& folder) { std::filesystem::current_path(folder); }
+  WorkingFolder(const WorkingFolder&) = delete;
+  WorkingFolder& operator=(const WorkingFolder&) = delete;
+  ~WorkingFolder() { std::filesystem::current_path(mFormer); }
+
+ private:
+  const std::filesystem::path mFormer = std::filesystem::current_path();
+};
+
 class LBitmapTest : public testing::Test {
  protected:
   LBitmapTest() { TF::SetResources(mResources); }
@@ -103,16 +115,33 @@ TEST_F(LBitmapTest, APathIsLoadedOnceWhateverItsCase) {
 }
 
 TEST_F(LBitmapTest, EveryWayToAFileLeadsToOnePicture) {
+  std::filesystem::create_directory(mFolder.Entry("inner"));
   Write("Picture.png", mSheet);
-  const auto former = std::filesystem::current_path();
-  std::filesystem::current_path(mFolder.Path());
+  const WorkingFolder inside(mFolder.Entry("inner"));
   const RCPtr<LBitmap> picture = LBitmap::LoadBitmap(PathOf("Picture.png"));
   ASSERT_TRUE(picture);
-  for (const char16_t* path : {u"Picture.png", u".\\Picture.png", u"./Picture.png"}) {
+  for (const char16_t* path : {u"../Picture.png", u"..\\Picture.png", u".\\..\\.\\picture.PNG",
+                               u"..\\inner\\..\\Picture.png", u"..\\\\Picture.png"}) {
     EXPECT_EQ(LBitmap::LoadBitmap(path), picture) << TF::ToUtf8(path);
   }
-  std::filesystem::current_path(former);
-  EXPECT_FALSE(LBitmap::LoadBitmap(u"Picture.png"));
+  for (const char* name : {"./Picture.png", "inner/../Picture.png", "inner/.././/Picture.png"}) {
+    EXPECT_EQ(LBitmap::LoadBitmap(PathOf(name)), picture) << name;
+  }
+}
+
+TEST_F(LBitmapTest, ARelativePathNamesAnotherFileInAnotherFolder) {
+  constexpr std::uint32_t kDifference = 0x40;
+  std::filesystem::create_directory(mFolder.Entry("inner"));
+  Write("picture.png", mSheet);
+  Write("inner/picture.png", SheetFile(kDifference));
+  const WorkingFolder outside(mFolder.Path());
+  const auto outer = LBitmap::LoadBitmap(u"picture.png");
+  ASSERT_TRUE(outer);
+  const WorkingFolder inside(mFolder.Entry("inner"));
+  const auto inner = LBitmap::LoadBitmap(u"picture.png");
+  ASSERT_TRUE(inner);
+  EXPECT_EQ(PixelOf(*outer, 0, 0), SheetPixel(0, 0));
+  EXPECT_EQ(PixelOf(*inner, 0, 0), SheetPixel(0, 0) ^ kDifference);
 }
 
 TEST_F(LBitmapTest, AForgottenPictureIsDecodedAgain) {

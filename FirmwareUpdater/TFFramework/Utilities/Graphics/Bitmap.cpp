@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <map>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -91,7 +92,9 @@ bool IsEmpty(const SizeT<std::int32_t>& size) {
 // One file has one full path, whatever way leads to it.
 String FullPath(const String& path) {
   if (IsResourcePath(path)) return path;
-  const std::filesystem::path native(Platform::ToNativePath(path));
+  // Absolute first: until then a leading ".." has no folder to take away.
+  const std::u16string absolute = Platform::FromNativePath(Platform::ToNativePath(path));
+  const std::filesystem::path native(Platform::ToNativePath(absolute));
   return String(Platform::FromNativePath(native.lexically_normal().string()));
 }
 

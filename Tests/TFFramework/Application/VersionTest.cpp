@@ -5,7 +5,10 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "App/Resources/ProgramResources.h"
 #include "TFFramework/Utilities/Storage/Resources.h"
 
 namespace {
@@ -112,6 +115,29 @@ TEST(Version, TheStringTableGivesTheErrorsText) {
   EXPECT_EQ(ErrorOf("", table), "Runtime Error : Fehler 902. %s : TF::Version::Version");
   const auto without = TF::MakeRC<TF::LStringTable>(Strings{});
   EXPECT_EQ(ErrorOf("", without), ErrorOf(""));
+}
+
+// The block that is linked into the program: the settings' folder and the window's title hang on it.
+TEST(VersionBlock, OfTheProgramTellsWhoMadeIt) {
+  RegisterProgramResources();
+  const auto bytes = TF::FindResource(u"VERSION", u"1");
+  TF::SetResources({});
+  ASSERT_TRUE(bytes);
+  const auto block = VersionBlock::Parse(*bytes);
+  ASSERT_TRUE(block);
+  ASSERT_EQ(block->GetTranslations().size(), 1U);
+  const TF::Translation& translation = block->GetTranslations().front();
+  EXPECT_EQ(translation.mLanguage, 0U);
+  EXPECT_EQ(translation.mCodePage, 0x04B0U);
+  const std::vector<std::pair<String, String>> strings = {
+      {u"CompanyName", u"Varnok"},
+      {u"ProductName", u"Tessel"},
+      {u"ProductVersion", u"1.0.14"},
+      {u"FileVersion", u"1.0.14.43588"},
+      {u"FileDescription", u"Tessel Firmware Updater"},
+      {u"InternalName", u"Tessel Firmware Updater.exe"},
+      {u"OriginalFilename", u"Tessel Firmware Updater.exe"}};
+  EXPECT_EQ(translation.mStrings, strings);
 }
 
 TEST(VersionBlock, IsReadWholeOrNotAtAll) {

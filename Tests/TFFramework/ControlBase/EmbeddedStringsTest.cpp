@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "App/Resources/ProgramResources.h"
-#include "TFFramework/Application/VersionBlock.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/ControlBase/DocumentSource.h"
 #include "TFFramework/ControlBase/XmlReader.h"
@@ -301,36 +300,38 @@ TEST_F(EmbeddedStringsTest, EveryTranslationKeepsPlaceholdersBlanksAndBackslashe
 
 TEST_F(EmbeddedStringsTest, EveryLanguageStandsUnderItsOwnNumber) {
   const std::pair<std::uint32_t, const char16_t*> words[] = {
-      {0x0409, u"Paste"},  {0x000A, u"Pegar"},   {0x0407, u"Einfügen"}, {0x0411, u"貼り付け"},
+      {0x0009, u"Paste"},  {0x000A, u"Pegar"},   {0x0007, u"Einfügen"}, {0x0011, u"貼り付け"},
+      {0x000C, u"Coller"}, {0x0010, u"Incolla"}, {0x0012, u"붙여넣기"}, {0x7C04, u"貼上"},
+      {0x0004, u"粘贴"},   {0x0409, u"Paste"},   {0x0407, u"Einfügen"}, {0x0411, u"貼り付け"},
       {0x040C, u"Coller"}, {0x0410, u"Incolla"}, {0x0412, u"붙여넣기"}, {0x0404, u"貼上"},
-      {0x0C04, u"貼上"},   {0x1404, u"貼上"},    {0x7C04, u"貼上"},     {0x0804, u"粘贴"},
-      {0x0413, u"Paste"}};
+      {0x0C04, u"貼上"},   {0x1404, u"貼上"},    {0x0804, u"粘贴"},     {0x0413, u"Paste"}};
   for (const auto& [language, word] : words) {
-    const auto factory = MakeRC<LControlFactory>(u"Tessel");
-    ASSERT_EQ(factory->LoadStrings(kFrameworkSource, kApplicationSource, language), kSuccess);
-    String text;
-    EXPECT_TRUE(factory->GetFrameworkStrings()->GetString(u"EDIT_PASTE", text));
-    EXPECT_EQ(text, word) << language;
+    EXPECT_EQ(FrameworkTextsIn(language)[String(u"EDIT_PASTE")], word) << std::hex << language;
   }
 }
 
-// Folders of the settings and the window's title hang on these.
-TEST_F(EmbeddedStringsTest, TheVersionBlockTellsWhoMadeTheProgram) {
-  const auto block = VersionBlock::Parse(*FindResource(u"VERSION", u"1"));
-  ASSERT_TRUE(block);
-  ASSERT_EQ(block->GetTranslations().size(), 1U);
-  const Translation& translation = block->GetTranslations().front();
-  EXPECT_EQ(translation.mLanguage, 0U);
-  EXPECT_EQ(translation.mCodePage, 0x04B0U);
-  const std::vector<std::pair<String, String>> strings = {
-      {u"CompanyName", u"Varnok"},
-      {u"ProductName", u"Tessel"},
-      {u"ProductVersion", u"1.0.14"},
-      {u"FileVersion", u"1.0.14.43588"},
-      {u"FileDescription", u"Tessel Firmware Updater"},
-      {u"InternalName", u"Tessel Firmware Updater.exe"},
-      {u"OriginalFilename", u"Tessel Firmware Updater.exe"}};
-  EXPECT_EQ(translation.mStrings, strings);
+// "5 Seconds Remaining" in the time label: the words stand in the middle of a phrase.
+TEST_F(EmbeddedStringsTest, WordsOfTheTimeLabelAreLowerCaseWhereTheLanguageWantsThat) {
+  constexpr std::uint32_t kSpanish = 0x000A, kFrench = 0x000C, kItalian = 0x0010, kGerman = 0x0007;
+  const auto isCapital = [](const String& text) { return text[0] >= u'A' && text[0] <= u'Z'; };
+  for (const char16_t* key : {u"HOURS_SINGULAR", u"HOURS_PLURAL", u"MINUTES_SINGULAR", u"MINUTES_PLURAL",
+                              u"SECONDS_SINGULAR", u"SECONDS_PLURAL", u"REMAINING"}) {
+    for (const std::uint32_t language : {kSpanish, kFrench, kItalian}) {
+      EXPECT_FALSE(isCapital(FrameworkTextsIn(language).at(key))) << language << ' ' << ToUtf8(key);
+    }
+    const bool isNoun = String(key) != u"REMAINING";
+    EXPECT_EQ(isCapital(FrameworkTextsIn(kGerman).at(key)), isNoun) << ToUtf8(key);
+  }
+}
+
+TEST_F(EmbeddedStringsTest, AFrenchColonIsNotPartedFromItsWord) {
+  std::size_t colons = 0;
+  for (const auto& [key, text] : FrameworkTextsIn(0x000C)) {
+    const std::string utf8 = ToUtf8(text);
+    colons += CountOf(utf8, ":");
+    EXPECT_EQ(CountOf(utf8, ":"), CountOf(utf8, "\xC2\xA0:")) << utf8;
+  }
+  EXPECT_EQ(colons, 2U);
 }
 
 TEST_F(EmbeddedStringsTest, NoTwoLanguagesAreOneTranslation) {

@@ -118,6 +118,7 @@ std::int32_t LFrameworkApp::GetCurrentSkinIndex() {
 }
 
 TFRESULT LFrameworkApp::SetSkin(std::int32_t index) {
+  if (!mControlFactory) return kFailure;
   String name;
   float size = 0;
   std::int32_t style = 0;
@@ -164,6 +165,7 @@ TFRESULT LFrameworkApp::RunApplicationStartup() {
 }
 
 TFRESULT LFrameworkApp::TakeDocuments() {
+  if (!mControlFactory) return kFailure;
   try {
     mStringTable = mControlFactory->GetFrameworkStrings();
     mAppStrings = mControlFactory->GetApplicationStrings();

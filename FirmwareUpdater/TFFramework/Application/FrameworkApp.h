@@ -56,7 +56,7 @@ class LFrameworkApp : public virtual LNotificationClient {
   virtual RCPtr<LRenderer> GetRenderer();
   // Of the skins in the program's document, counted from 0.
   virtual std::int32_t GetCurrentSkinIndex();
-  // Chooses a skin and with it the default font.
+  // Chooses a skin and with it the default font. kFailure in a program without documents.
   virtual TFRESULT SetSkin(std::int32_t index);
   // Seconds since the start.
   virtual double GetTime() = 0;

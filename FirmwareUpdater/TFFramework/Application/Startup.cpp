@@ -56,16 +56,16 @@ void LStartup::LoadProgramResources() {
 
 void LStartup::FailStart(const char* why) {
   HideSplash();
-  RCPtr<LStringTable> strings = mControlFactory ? mControlFactory->GetFrameworkStrings() : nullptr;
+  const auto findStrings = [this] {
+    return mControlFactory ? mControlFactory->GetFrameworkStrings() : nullptr;
+  };
   try {
-    if (mControlFactory && !strings) {
-      LoadProgramResources();
-      strings = mControlFactory->GetFrameworkStrings();
-    }
+    if (mControlFactory && !findStrings()) LoadProgramResources();
   } catch (const std::exception& exception) {
     LogRecord(exception.what());
   }
-  LFrameworkApp::ReportStartupError(why, strings);
+  // The texts come before the skin, which may be what cannot be read.
+  LFrameworkApp::ReportStartupError(why, findStrings());
 }
 
 }  // namespace TF

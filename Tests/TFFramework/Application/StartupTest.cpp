@@ -29,13 +29,15 @@ class LShortApp : public TF::LApplicationBase<LShortApp> {
  public:
   static inline std::int32_t gSkinIndex = 0;
   static inline bool gSettled = false;
+  static inline bool gFailed = false;
   static inline std::function<void(LShortApp&)> gLook;
 
   using LApplicationBase<LShortApp>::LApplicationBase;
 
   TFRESULT Initialize() override {
     const TFRESULT result = LApplicationBase<LShortApp>::Initialize();
-    return gSettled ? TF::kRunSettled : result;
+    if (gSettled) return TF::kRunSettled;
+    return gFailed ? TF::kFailure : result;
   }
   TFRESULT OpenScreen() {
     if (gLook) gLook(*this);
@@ -127,12 +129,23 @@ TEST_F(Startup, ASkinThatCannotBeUsedEndsTheStartInTheUsersLanguage) {
     setenv("LC_ALL", "de_DE.UTF-8", 1);
     const std::string text = RunAndFail();
     EXPECT_EQ(text.rfind("Fehler: ", 0), 0U) << text << " with " << skin;
+    // Before the documents were read, too.
+    LShortApp::gFailed = true;
+    EXPECT_EQ(RunAndFail().rfind("Fehler: ", 0), 0U) << skin;
+    LShortApp::gFailed = false;
     // A run that shows nothing does not read the skin at all.
     LShortApp::gSettled = true;
     EXPECT_EQ(RunAndFail(), "");
     LShortApp::gSettled = false;
     TF::SetResources({});
   }
+}
+
+TEST_F(Startup, WithoutDocumentsThereIsNoSkin) {
+  const auto application = TF::MakeRC<LShortApp>(String(u"program"));
+  EXPECT_EQ(application->TakeDocuments(), TF::kFailure);
+  EXPECT_EQ(application->SetSkin(0), TF::kFailure);
+  EXPECT_FALSE(application->CreateControl(u"mainControl"));
 }
 
 TEST_F(Startup, ShowsASplashUntilTheScreenIsThere) {

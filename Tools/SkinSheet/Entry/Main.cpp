@@ -32,7 +32,7 @@ void MakeSheet(const std::string& path) {
 
 // Writes a picture of all looks of the program's skin.
 int main(int argc, char** argv) {
-  if (argc != 2) {
+  if (argc != 2 || argv[1][0] == '-') {
     std::cerr << "usage: tessel-skin-sheet PICTURE.png" << std::endl;
     return 2;
   }

@@ -1,7 +1,5 @@
 #include "TFFramework/ControlBase/KeyCode.h"
 
-#include <charconv>
-#include <string>
 #include <string_view>
 
 #include "TFFramework/ControlBase/KeyNames.h"
@@ -73,10 +71,13 @@ char16_t CharacterOf(const KeyCode& key) {
 
 // The decimal number that a text begins with; 0 when it is none or too large for a character.
 std::uint32_t ReadCharacterNumber(View text) {
-  const std::string digits(text.begin(), text.end());
   std::uint32_t number = 0;
-  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-  return result.ec == std::errc() && number <= KeyCode::kCharacterMask ? number : 0;
+  for (const char16_t unit : text) {
+    if (unit < u'0' || unit > u'9') break;
+    number = number * 10 + (unit - u'0');
+    if (number > KeyCode::kCharacterMask) return 0;
+  }
+  return number;
 }
 
 // text is the name as it was given, upper the same in upper case.

@@ -29,6 +29,8 @@ TEST(KeyCodeTest, NamesAreReadAsKeysOrCharacters) {
       {u"[65536]", 0},
       {u"[]", 0},
       {u"[x]", 0},
+      {u"[65x]", 65},
+      {u"[\u0136\u0135]", 0},
       {u"[65", 0x20000000},
       {u"", 0x20000000},
       {u"Ctrl+a", 'a'},
@@ -41,6 +43,51 @@ TEST(KeyCodeTest, NamesAreReadAsKeysOrCharacters) {
     EXPECT_EQ(key.sides, 0U);
     EXPECT_FALSE(key.repeated);
   }
+}
+
+// One of each run of codes, its ends, and every second name of a code.
+TEST(KeyCodeTest, NamesStandForTheirCodes) {
+  const std::pair<const char16_t*, std::uint8_t> codes[] = {{u"BACK", 0x08},
+                                                            {u"RETURN", 0x0D},
+                                                            {u"CAPITAL", 0x14},
+                                                            {u"KANA", 0x15},
+                                                            {u"HANGEUL", 0x15},
+                                                            {u"HANGUL", 0x15},
+                                                            {u"JUNJA", 0x17},
+                                                            {u"HANJA", 0x19},
+                                                            {u"KANJI", 0x19},
+                                                            {u"ESCAPE", 0x1B},
+                                                            {u"SPACE", 0x20},
+                                                            {u"LEFT", 0x25},
+                                                            {u"HELP", 0x2F},
+                                                            {u"0", 0x30},
+                                                            {u"9", 0x39},
+                                                            {u"A", 0x41},
+                                                            {u"Z", 0x5A},
+                                                            {u"LWIN", 0x5B},
+                                                            {u"APPS", 0x5D},
+                                                            {u"SLEEP", 0x5F},
+                                                            {u"NUMPAD0", 0x60},
+                                                            {u"NUMPAD9", 0x69},
+                                                            {u"SEPARATOR", 0x6C},
+                                                            {u"DIVIDE", 0x6F},
+                                                            {u"F1", 0x70},
+                                                            {u"F24", 0x87},
+                                                            {u"NUMLOCK", 0x90},
+                                                            {u"SCROLL", 0x91},
+                                                            {u"OEM_NEC_EQUAL", 0x92},
+                                                            {u"OEM_FJ_JISHO", 0x92},
+                                                            {u"OEM_FJ_ROYA", 0x96},
+                                                            {u"LSHIFT", 0xA0},
+                                                            {u"RMENU", 0xA5},
+                                                            {u"BROWSER_HOME", 0xAC},
+                                                            {u"VOLUME_MUTE", 0xAD},
+                                                            {u"MEDIA_PLAY_PAUSE", 0xB3},
+                                                            {u"LAUNCH_APP2", 0xB7}};
+  for (const auto& [name, code] : codes)
+    EXPECT_EQ(FindVirtualKey(std::u16string(u"VKEY_") + name), code) << ToUtf8(name);
+  for (const char16_t* name : {u"VKEY_", u"VKEY_F25", u"vkey_f1", u"F1", u""})
+    EXPECT_FALSE(FindVirtualKey(name));
 }
 
 TEST(KeyCodeTest, EveryKeyComesBackByItsName) {

@@ -47,12 +47,12 @@ class AlsaTransport : public MidiTransport {
   int Descriptor() const override { return mPort.Get(); }
 
   Moved Read(char* bytes, std::size_t count) override {
-    return Result([&] { return read(mPort.Get(), bytes, count); });
+    return MoveBytes([&] { return read(mPort.Get(), bytes, count); });
   }
 
   Moved Write(const char* bytes, std::size_t count) override {
     const bool wasEmpty = AwaitHandOver(std::chrono::milliseconds(0)) == Readiness::kReady;
-    const Moved moved = Result([&] { return write(mPort.Get(), bytes, count); });
+    const Moved moved = MoveBytes([&] { return write(mPort.Get(), bytes, count); });
     mHandedOver = wasEmpty && moved.bytes == count && count <= kOnePacket;
     return moved;
   }
@@ -81,17 +81,6 @@ class AlsaTransport : public MidiTransport {
   }
 
  private:
-  template <class Transfer>
-  static Moved Result(Transfer transfer) {
-    ssize_t count = 0;
-    do {
-      count = transfer();
-    } while (count < 0 && errno == EINTR);
-    if (count > 0) return {static_cast<std::size_t>(count), kMidiOk};
-    if (count < 0 && errno == EAGAIN) return {0, kMidiOk};
-    return {0, count == 0 ? kMidiBadDevice : MidiStatusOfErrno(errno)};
-  }
-
   // Ready when all bytes are handed to the device.
   Readiness AwaitHandOver(std::chrono::milliseconds time) const {
     pollfd entry{mPort.Get(), POLLOUT, 0};

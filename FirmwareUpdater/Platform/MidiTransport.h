@@ -1,11 +1,17 @@
 #pragma once
 
+#include <sys/types.h>
+
+#include <cerrno>
 #include <cstddef>
 
 #include "Platform/EventHandle.h"
 #include "Platform/MidiDriver.h"
 
 namespace Platform {
+
+// The driver's number for an error of the operating system.
+MidiStatus MidiStatusOfErrno(int error);
 
 // One direction of one device, opened: moves raw bytes and never blocks but in Drain, and for a moment in
 // DrainSoon. The destructor lets go of the device. Read, Write, DrainSoon, Drain and Drop belong to one
@@ -31,9 +37,20 @@ class MidiTransport {
   // Forgets what was written and has not left yet.
   virtual void Drop() = 0;
   virtual bool IsPresent() = 0;
-};
 
-// The driver's number for an error of the operating system.
-MidiStatus MidiStatusOfErrno(int error);
+ protected:
+  // What transfer() moved, a read or write of the system: again for as long as signals end it.
+  template <class Transfer>
+  static Moved MoveBytes(Transfer transfer) {
+    ssize_t count = 0;
+    do {
+      count = transfer();
+    } while (count < 0 && errno == EINTR);
+    if (count > 0) return {static_cast<std::size_t>(count), kMidiOk};
+    if (count == 0) return {0, kMidiBadDevice};  // The end of what there will ever be.
+    if (errno == EAGAIN) return {0, kMidiOk};
+    return {0, MidiStatusOfErrno(errno)};
+  }
+};
 
 }  // namespace Platform

@@ -42,11 +42,11 @@ class SocketTransport : public MidiTransport {
   int Descriptor() const override { return mSocket.Get(); }
 
   Moved Read(char* bytes, std::size_t count) override {
-    return Result([&] { return recv(mSocket.Get(), bytes, count, 0); });
+    return MoveBytes([&] { return recv(mSocket.Get(), bytes, count, 0); });
   }
 
   Moved Write(const char* bytes, std::size_t count) override {
-    return Result([&] { return send(mSocket.Get(), bytes, count, MSG_NOSIGNAL); });
+    return MoveBytes([&] { return send(mSocket.Get(), bytes, count, MSG_NOSIGNAL); });
   }
 
   // What the socket has taken is the device's to fetch.
@@ -64,18 +64,6 @@ class SocketTransport : public MidiTransport {
   }
 
  private:
-  template <class Transfer>
-  static Moved Result(Transfer transfer) {
-    ssize_t count = 0;
-    do {
-      count = transfer();
-    } while (count < 0 && errno == EINTR);
-    if (count > 0) return {static_cast<std::size_t>(count), kMidiOk};
-    if (count == 0) return {0, kMidiBadDevice};  // The end of the stream.
-    if (errno == EAGAIN) return {0, kMidiOk};
-    return {0, MidiStatusOfErrno(errno)};
-  }
-
   const OwnedDescriptor mSocket;
   const std::string mPath;
 };

@@ -6,6 +6,8 @@
 #include <span>
 #include <stdexcept>
 
+#include "Platform/PngEncoder.h"
+
 namespace TestSupport {
 
 namespace {
@@ -82,13 +84,7 @@ Bytes WritePng(const PngImage& image) {
 }
 
 Bytes WriteArgbPng(std::uint32_t width, std::uint32_t height, const std::vector<std::uint32_t>& pixels) {
-  PngImage image{width, height};
-  for (const std::uint32_t pixel : pixels) {
-    for (const int shift : {16, 8, 0, 24}) {
-      image.mRows.push_back(static_cast<unsigned char>(pixel >> shift & 0xFF));
-    }
-  }
-  return WritePng(image);
+  return Platform::EncodePng({width, height, pixels});
 }
 
 Bytes PngChunk(std::string_view type, const Bytes& contents) {

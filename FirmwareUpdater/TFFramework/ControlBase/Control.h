@@ -11,6 +11,7 @@
 #include "TFFramework/ControlBase/ControlDescriptor.h"
 #include "TFFramework/ControlBase/ControlDrag.h"
 #include "TFFramework/ControlBase/ControlParams.h"
+#include "TFFramework/ControlBase/LayoutArithmetic.h"
 #include "TFFramework/ControlBase/LayoutDesktop.h"
 #include "TFFramework/ControlBase/Look.h"
 #include "TFFramework/ControlBase/MenuDescriptor.h"
@@ -50,7 +51,7 @@ class LControl : public virtual LNotificationClient,
   using CursorHandle = std::uintptr_t;
 
   // Coordinates beyond it are as good as infinite.
-  static constexpr double kInfinite = 4503599627370496.0;
+  static constexpr double kInfinite = kLayoutInfinite;
   // The effective Z order of a control that no floating control lends its own.
   static constexpr std::int32_t kNoZ = INT32_MIN;
 
@@ -284,7 +285,7 @@ class LControl : public virtual LNotificationClient,
   // Null when child is no child, or when there is none.
   virtual RCPtr<LControl> GetNextInTabOrder(const RCPtr<LControl>& child, bool backward);
 
-  // Mouse: ControlMouse.cpp.
+  // Mouse: ControlInput.cpp.
 
   void MouseEnter() override;
   TFRESULT MouseMove(const RCPtr<LPointWithModifiersParam>& param) override;

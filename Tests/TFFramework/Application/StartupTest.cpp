@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "App/Resources/ProgramResources.h"
-#include "Platform/NativePath.h"
 #include "TFFramework/Application/ApplicationBase.h"
 #include "TFFramework/Application/MFCFrameworkApp.h"
 #include "TFFramework/ControlBase/Control.h"
@@ -154,11 +151,9 @@ TEST_F(Startup, ShowsASplashUntilTheScreenIsThere) {
   const TestSupport::ScreenPixels screen;
   const TestSupport::TemporaryFolder folder;
   const auto picture = TestSupport::WriteArgbPng(100, 60, std::vector<std::uint32_t>(6000, 0xFF00FF00));
-  const std::filesystem::path path = folder.Entry("Splash.png");
-  std::ofstream(path, std::ios::binary)
-      .write(reinterpret_cast<const char*>(picture.data()), static_cast<std::streamsize>(picture.size()));
+  folder.WriteFile("Splash.png", std::string(picture.begin(), picture.end()));
   TestStartup startup;
-  startup.mSplashPath = String(Platform::FromNativePath(path.string()));
+  startup.mSplashPath = String(folder.InnerEntry("Splash.png"));
   const auto shown = [&screen] { return screen.At(400, 280) == 0x00FF00; };
   ASSERT_TRUE(startup.InitApplication());
   EXPECT_TRUE(TestSupport::Eventually(shown));

@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-
-#include "Platform/NativePath.h"
 #include "TFFramework/ObjectBase/Exception.h"
 #include "TFFramework/Renderer/AutoClip.h"
 #include "TFFramework/Renderer/Gdi/GDIRenderContextInfo.h"
@@ -86,10 +83,9 @@ class LookTest : public testing::Test {
                                            const std::vector<std::uint32_t>& pixels, ResizeType type) {
     const std::string name = "Picture" + std::to_string(mPictures++) + ".png";
     const auto bytes = TestSupport::WriteArgbPng(width, height, pixels);
-    std::ofstream(mFolder.Entry(name), std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    mFolder.WriteFile(name, std::string(bytes.begin(), bytes.end()));
     auto part = MakeRC<LVisualPartDescriptor>();
-    part->mImageFile = String(Platform::FromNativePath(mFolder.Entry(name).string()));
+    part->mImageFile = String(mFolder.InnerEntry(name));
     part->mImageRect = {0, 0, static_cast<std::int32_t>(width), static_cast<std::int32_t>(height)};
     part->mSize = {part->mImageRect.mWidth, part->mImageRect.mHeight};
     part->mResizeType = type;
@@ -287,7 +283,7 @@ TEST_F(LookTest, APartWhosePictureIsBrokenDrawsNothingAndSaysSoOnce) {
   TestSupport::LogCapture log;
   const auto part = PicturePart(2, 2, std::vector<std::uint32_t>(4, kRed), ResizeType::kStretch);
   part->mColorizer = Solid(kBlue);
-  std::ofstream(mFolder.Entry("Picture0.png"), std::ios::binary) << "no picture";
+  mFolder.WriteFile("Picture0.png", "no picture");
   mDescriptor->mClientPart = Client(part, 0, 0, 0, 0);
   for (int i = 0; i < 2; ++i) {
     LLook look(mDescriptor, nullptr);

@@ -75,6 +75,8 @@ TFRESULT LControl::SetParent(const RCPtr<LControl>& parent) {
   if (mParent) {
     InvalidateFrame();
     InvalidateUnclipped();
+    ReleaseMouse();
+    GiveUpInput();
     LeaveParent();
   }
   if (!parent) return kSuccess;
@@ -116,13 +118,17 @@ void LControl::Destroy() {
   mDestroyed = true;
   const RCPtr<LControl> held(this);
   std::exception_ptr failure;
-  try {
-    SetVisible(false);
-    SetClipToParent(true);
-    if (mHasCapture) ReleaseMouse();
-  } catch (...) {
-    failure = std::current_exception();
-  }
+  const auto attempt = [&failure](auto step) {
+    try {
+      step();
+    } catch (...) {
+      if (!failure) failure = std::current_exception();
+    }
+  };
+  attempt([this] { SetVisible(false); });
+  attempt([this] { SetClipToParent(true); });
+  attempt([this] { ReleaseMouse(); });
+  attempt([this] { GiveUpInput(); });
   EndIdleUse();
   DestroyChildren(failure);
   ForgetOthers();

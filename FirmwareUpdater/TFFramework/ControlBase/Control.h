@@ -11,6 +11,7 @@
 #include "TFFramework/ControlBase/ControlDescriptor.h"
 #include "TFFramework/ControlBase/ControlDrag.h"
 #include "TFFramework/ControlBase/ControlParams.h"
+#include "TFFramework/ControlBase/HotKeys.h"
 #include "TFFramework/ControlBase/LayoutArithmetic.h"
 #include "TFFramework/ControlBase/LayoutDesktop.h"
 #include "TFFramework/ControlBase/Look.h"
@@ -252,7 +253,8 @@ class LControl : public virtual LNotificationClient,
   virtual TFRESULT OnRenderForeground(const RCPtr<LRenderer>& renderer);
   // Has a part of the frame drawn anew; clip: no more of it than the controls above show.
   virtual void Invalidate(const RectT<double>& rect, bool clip);
-  // The same from a child: rect in this control's coordinates, clipRect in those of its frame.
+  // The same, for what a control below shows: rect from the corner of this control's frame. clip: no more
+  // of it than clipRect, from the same corner.
   virtual void InvalidateUp(const RectT<double>& rect, bool clip, const RectT<double>& clipRect);
   void InvalidateFrame();
   // The frames of all floating controls below this one.
@@ -261,14 +263,17 @@ class LControl : public virtual LNotificationClient,
 
   // Hit testing: ControlHitTest.cpp.
 
-  // The control at a point of the parent's client content. bestZ: the best effective Z so far.
+  // The control at a point of the parent's client content. Without testSelf only floating controls count.
+  // bestZ: the best effective Z so far.
   virtual void HitTest(RCPtr<LControl>& result, const PointT<double>& point, bool testSelf,
                        PointT<double>& localPoint, std::int32_t& bestZ);
+  // Both count from the corner of the frame.
   virtual bool IsTransparentAt(const PointT<double>& point);
   virtual std::uint32_t GetColorAtPoint(const PointT<double>& point, std::int32_t slot);
   // The point counts in the coordinates of GetBounds.
   virtual bool ContainsPoint(const PointT<double>& point);
   void SetHitExcluded(bool excluded) { mHitExcluded = excluded; }
+  bool IsHitExcluded() const { return mHitExcluded; }
 
   // Focus: ControlFocus.cpp.
 
@@ -285,7 +290,7 @@ class LControl : public virtual LNotificationClient,
   // Null when child is no child, or when there is none.
   virtual RCPtr<LControl> GetNextInTabOrder(const RCPtr<LControl>& child, bool backward);
 
-  // Mouse: ControlInput.cpp.
+  // Mouse: ControlInput.cpp, ControlClicks.cpp, ControlWheel.cpp.
 
   void MouseEnter() override;
   TFRESULT MouseMove(const RCPtr<LPointWithModifiersParam>& param) override;
@@ -330,7 +335,7 @@ class LControl : public virtual LNotificationClient,
   virtual void CollectKeyClients(const RCPtr<LKeyParam>& param, RCPtrArray<LNotificationReceiver>& clients,
                                  std::vector<std::int32_t>& indices);
 
-  // Dragging, scrolling, idle motion: ControlDrag.cpp, ControlMotion.cpp.
+  // Dragging, scrolling, idle motion: ControlDrag.cpp, ControlCarry.cpp, ControlMotion.cpp.
 
   virtual TFRESULT SetDragMode(DragMode mode, std::uint32_t edges);
   virtual void OnDragBegin();
@@ -338,6 +343,7 @@ class LControl : public virtual LNotificationClient,
   virtual void OnDragMove(const RCPtr<LPointWithModifiersParam>& param);
   virtual void OnDragMoved(const RCPtr<LPointWithModifiersParam>& param);
   virtual void OnDragEnd();
+  // From this control upward the first one that takes the other; point in the window's client area.
   virtual void FindDropTarget(RCPtr<LControl>& result, const RCPtr<LControl>& control,
                               const PointT<double>& point);
   virtual bool IsDropTarget(const RCPtr<LControl>& control);
@@ -350,6 +356,8 @@ class LControl : public virtual LNotificationClient,
   virtual void OnDropLeave(const RCPtr<LControl>& control);
   virtual TFRESULT PerformDrop(const RCPtr<LControl>& control);
   virtual TFRESULT SetScrollOffset(const PointT<double>& offset);
+  // Moves the scroll offset by speed, in pixels per second, as long as nobody stops it. client: a control
+  // that is being dragged and follows.
   TFRESULT StartScroll(LayoutAxis axis, double speed, double max, double min, const RCPtr<LControl>& client);
   // kNothingDone when the axis was not being scrolled.
   TFRESULT StopScroll(LayoutAxis axis);
@@ -448,7 +456,7 @@ class LControl : public virtual LNotificationClient,
   RCPtr<LControl> mParent;
   RCPtr<LRootWindow> mRootWindow;  // Of the top control alone.
   RCPtr<LStringTable> mStringSection;
-  std::map<String, std::vector<KeyCode>> mHotKeys;  // By the notification that they send.
+  HotKeyMap mHotKeys;
   RCPtr<LFont> mFont;
   String mText;
   RCPtr<LMenuDescriptor> mContextMenu;
@@ -503,6 +511,83 @@ class LControl : public virtual LNotificationClient,
   void RelayoutBehind();
   void RebuildBackingStore();
 
+  // Drawing.
+  void DrawLooks(const RCPtr<LRenderer>& renderer, const Region& dirty);
+  void DrawContent(const RCPtr<LRenderer>& renderer, const Region& dirty, RCPtrArray<LControl>& deferred);
+  void DrawTexts(const RCPtr<LRenderer>& renderer, const Region& dirty);
+  void DrawChildren(const RCPtr<LRenderer>& renderer, const Region& dirty, RCPtrArray<LControl>& deferred);
+  // Draws children in Z order as long as they are docked on no more axes; returns the next place.
+  std::int32_t DrawRun(std::int32_t first, int dockedAxes, const RCPtr<LRenderer>& renderer,
+                       const Region& dirty, RCPtrArray<LControl>& deferred);
+  std::int32_t SkipRun(std::int32_t first, int dockedAxes, RCPtrArray<LControl>& deferred);
+  bool IsInRun(const LControl& child, int dockedAxes) const;
+  // Those that nothing clips on the way from here.
+  void DeferFloating(RCPtrArray<LControl>& deferred);
+  void AddBackingDirt(const RectT<double>& rect);
+
+  // Hit testing.
+  void HitTestChildren(RCPtr<LControl>& result, const PointT<double>& point, bool mayHit,
+                       PointT<double>& localPoint, std::int32_t& bestZ);
+  void HitTestLayer(RCPtr<LControl>& result, const PointT<double>& point, const RectT<double>& client,
+                    bool mayHit, PointT<double>& localPoint, std::int32_t& bestZ);
+  bool IsClippedAt(const PointT<double>& point) const;
+
+  // Focus.
+  bool IsUsable() const { return IsShown(true) && IsEnabled(true); }
+  bool IsFocusRefused() const;
+  // Without a look at what is above.
+  bool HoldsFocusable() const;
+  bool CanReceiveFocus();
+  // The child on the way to the focus.
+  RCPtr<LControl> FindFocusHolder(const LControl* except = nullptr) const;
+  RCPtr<LControl> FindFocusableChild(bool forward);
+  bool AllowsFocusChange() const;
+  TFRESULT TakeFocus();
+  // Marks the way up to the control; returns the top of the way on which the focus was before.
+  RCPtr<LControl> MarkFocusPath();
+  // Neither focus nor mouse stay with a control that leaves its tree.
+  void GiveUpInput();
+  void MarkChildHover(bool hover);
+
+  // Mouse.
+  void PressButton(const RCPtr<LMouseButtonParam>& param);
+  void FocusByMouse();
+  void ReleaseButton(const RCPtr<LMouseButtonParam>& param);
+  bool IsClick(std::uint32_t button) const;
+  void MarkPress(std::uint32_t button);
+  // Turns what is down into what is dragged.
+  void BeginDragging();
+  bool IsButtonDown() const { return mLeftDown || mMiddleDown || mRightDown; }
+  bool PassesDragThreshold(const LPointWithModifiersParam& param) const;
+  void ShowContextMenu();
+
+  // Keys.
+  void PassKeyUp(const RCPtr<LKeyParam>& param);
+  void PassTabUp(const RCPtr<LKeyParam>& param);
+  bool HasWrapped(const LControl& child, const LControl& next, bool backward) const;
+
+  // Dragging.
+  bool IsDragging() const { return mLeftDrag && mDragMode != DragMode::kNone; }
+  void TakeDragSnapshot();
+  void FloatForDrag();
+  void DragInView(PointT<double> movement, PointT<double>& scrolling);
+  void MoveFrame(const PointT<double>& movement);
+  void ResizeFrame(const PointT<double>& movement);
+  void FlickContent(const PointT<double>& movement);
+  void CarryTo(const PointT<double>& movement, PointT<double>& scrolling);
+  void ChangeDropTarget(const RCPtr<LControl>& target);
+  void ScrollForDrag(const RCPtr<LControl>& scroller, const PointT<double>& scrolling);
+  void StopScrollFor(const LControl& client);
+  void LandDrag();
+  double PlaceOfDrag(LayoutAxis axis, double movement) const;
+  void StartFlick();
+
+  // Motion.
+  void MoveAxis(LayoutAxis axis, double time);
+  void SlowDown(LayoutAxis axis, double seconds);
+  void RepeatPress();
+  void MoveClient(const RCPtr<LControl>& client);
+
   // The window above: ControlWindow.cpp. Each does nothing without one.
   void ShowWindowTitle(const String& title);
   void SizeWindow();
@@ -513,7 +598,9 @@ class LControl : public virtual LNotificationClient,
 
   // Idle users: ControlMotion.cpp. Listens to the window that the control is in.
   void HookIdle();
+  void UnhookIdle(const RCPtr<LNotificationDistributor>& window);
 
+  bool mRepeatsPress = false;              // Uses the idle notification while it is held down.
   float mGivenFontSize = 0;                // Points, or a factor.
   std::int32_t mLayoutIndex = -1;          // In the parent's list, which keeps it.
   const LControl* mWalkedChild = nullptr;  // A walk over the children is laying it out.

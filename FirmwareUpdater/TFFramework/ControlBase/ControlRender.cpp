@@ -1,9 +1,168 @@
+#include <algorithm>
+#include <cmath>
+
 #include "TFFramework/ControlBase/Control.h"
+#include "TFFramework/Renderer/AutoClip.h"
+#include "TFFramework/Renderer/Renderer.h"
 
 namespace TF {
 
-TFRESULT LControl::Render(const RCPtr<LRenderer>&, const Region&, RCPtrArray<LControl>&, bool pass) {
-  return mLayout->ClipToParent == pass ? kInvalidArgument : kSuccess;
+namespace {
+
+RectT<double> ToDouble(const RectT<std::int32_t>& rect) {
+  return {double(rect.mX), double(rect.mY), double(rect.mWidth), double(rect.mHeight)};
+}
+
+// What of the present clip lies in the region, in present coordinates.
+bool Touches(const RenderState& state, const Region& dirty) {
+  const RectT<double> clip{state.mClip.mX + state.mOrigin.mX, state.mClip.mY + state.mOrigin.mY,
+                           state.mClip.mWidth, state.mClip.mHeight};
+  return std::any_of(dirty.begin(), dirty.end(), [&clip](const RectT<std::int32_t>& rect) {
+    return !IsEmpty(Intersect(ToDouble(rect), clip));
+  });
+}
+
+// Draws once for each rectangle of the region, which is in the target's coordinates, with that clip.
+template <class Draw>
+void ForEachPart(const RCPtr<LRenderer>& renderer, const Region& dirty, const Draw& draw) {
+  const PointT<double> origin = renderer->GetState()->mOrigin;
+  for (const RectT<std::int32_t>& rect : dirty) {
+    RectT<double> part = ToDouble(rect);
+    part.mX -= origin.mX;
+    part.mY -= origin.mY;
+    const RectT<double> visible = Intersect(part, renderer->GetState()->mClip);
+    if (IsEmpty(visible)) continue;
+    const CAutoClip clip(renderer, ClipFlavor{});
+    renderer->SetClipRect(visible);
+    draw();
+  }
+}
+
+ClipFlavor OriginAt(const PointT<double>& offset) {
+  ClipFlavor flavor;
+  flavor.mFlavor = ClipFlavor::kPushOrigin;
+  flavor.mOffset = offset;
+  return flavor;
+}
+
+int CountDockedAxes(const LControl& control) {
+  return int{control.IsDocked(LayoutAxis::kX)} + int{control.IsDocked(LayoutAxis::kY)};
+}
+
+}  // namespace
+
+TFRESULT LControl::Render(const RCPtr<LRenderer>& renderer, const Region& dirty,
+                          RCPtrArray<LControl>& deferred, bool pass) {
+  if (mLayout->ClipToParent == pass || !renderer || !renderer->GetState()) return kInvalidArgument;
+  if (!IsShown(false)) return kSuccess;
+  const RCPtr<LControl> held(this);
+  if (!pass && IsEmpty(Intersect(mBounds, renderer->GetState()->mClip))) {
+    DeferFloating(deferred);
+    return kSuccess;
+  }
+  const CAutoClip clip(renderer, mBounds, mBounds, nullptr, true);
+  renderer->GetState()->mAlpha *= mOpacity;
+  if (!Touches(*renderer->GetState(), dirty)) {
+    DeferFloating(deferred);
+    return kSuccess;
+  }
+  DrawLooks(renderer, dirty);
+  DrawContent(renderer, dirty, deferred);
+  return kSuccess;
+}
+
+void LControl::DrawLooks(const RCPtr<LRenderer>& renderer, const Region& dirty) {
+  const auto drawAll = [&](auto draw) {
+    for (std::int32_t slot = 0; slot < mLooks.GetCount(); ++slot) {
+      const RCPtr<LLook> look = mLooks[slot];
+      if (!look || !(GetLookAlpha(slot) > 0)) continue;
+      const CAutoClip saved(renderer, ClipFlavor{});
+      renderer->GetState()->mAlpha *= GetLookAlpha(slot);
+      draw(*look);
+    }
+  };
+  drawAll([&](LLook& look) { look.RenderClient(renderer, dirty); });
+  drawAll([&](LLook& look) { look.RenderNonClient(renderer, dirty); });
+}
+
+void LControl::DrawContent(const RCPtr<LRenderer>& renderer, const Region& dirty,
+                           RCPtrArray<LControl>& deferred) {
+  ForEachPart(renderer, dirty, [&] { OnRenderBackground(renderer); });
+  DrawTexts(renderer, dirty);
+  DrawChildren(renderer, dirty, deferred);
+  ForEachPart(renderer, dirty, [&] { OnRenderForeground(renderer); });
+  for (std::int32_t index = 0; index < GetChildCount(); ++index) {
+    const RCPtr<LControl>& child = GetChild(index, ChildOrder::kZ);
+    if (!child->mLayout->ClipToParent && child->IsShown(false)) deferred.Add(child);
+  }
+  if (mBackingStore) mBackingDirty.Clear();
+}
+
+void LControl::DrawTexts(const RCPtr<LRenderer>& renderer, const Region& dirty) {
+  const PointT<double> offset = mLookShowsScroll ? mScrollOffset : PointT<double>();
+  for (std::int32_t slot = 0; slot < mLooks.GetCount(); ++slot) {
+    const RCPtr<LLook> look = mLooks[slot];
+    if (!look || !(GetLookAlpha(slot) > 0)) continue;
+    const CAutoClip saved(renderer, ClipFlavor{});
+    renderer->GetState()->mAlpha *= GetLookAlpha(slot);
+    look->RenderText(renderer, dirty, offset);
+  }
+}
+
+// Bars that are docked on both axes stand beside the client area, which clips all others.
+void LControl::DrawChildren(const RCPtr<LRenderer>& renderer, const Region& dirty,
+                            RCPtrArray<LControl>& deferred) {
+  if (GetChildCount() == 0) return;
+  const RectT<double> client = GetClientRect();
+  std::int32_t next = 0;
+  if (IsEmpty(Intersect(client, renderer->GetState()->mClip))) {
+    next = SkipRun(next, 1, deferred);
+  } else {
+    const CAutoClip clip(renderer, client, client, nullptr, true);
+    const CAutoClip origin(renderer, OriginAt({-mScrollOffset.mX, -mScrollOffset.mY}));
+    next = DrawRun(next, 1, renderer, dirty, deferred);
+  }
+  const CAutoClip origin(renderer, OriginAt({client.mX - mScrollOffset.mX, client.mY - mScrollOffset.mY}));
+  DrawRun(next, 2, renderer, dirty, deferred);
+}
+
+bool LControl::IsInRun(const LControl& child, int dockedAxes) const {
+  return child.mLayout->ClipToParent && CountDockedAxes(child) <= dockedAxes;
+}
+
+std::int32_t LControl::DrawRun(std::int32_t first, int dockedAxes, const RCPtr<LRenderer>& renderer,
+                               const Region& dirty, RCPtrArray<LControl>& deferred) {
+  std::int32_t index = first;
+  for (; index < GetChildCount(); ++index) {
+    const RCPtr<LControl> child = GetChild(index, ChildOrder::kZ);
+    if (!IsInRun(*child, dockedAxes)) break;
+    child->Render(renderer, dirty, deferred, false);
+  }
+  return index;
+}
+
+std::int32_t LControl::SkipRun(std::int32_t first, int dockedAxes, RCPtrArray<LControl>& deferred) {
+  std::int32_t index = first;
+  for (; index < GetChildCount(); ++index) {
+    LControl& child = *GetChild(index, ChildOrder::kZ);
+    if (!IsInRun(child, dockedAxes)) break;
+    if (child.IsShown(false)) child.DeferFloating(deferred);
+  }
+  return index;
+}
+
+// What a floating control has floating below itself comes with its own turn.
+void LControl::DeferFloating(RCPtrArray<LControl>& deferred) {
+  if (mUnclippedCount == 0) return;
+  for (std::int32_t index = 0; index < GetChildCount(); ++index) {
+    const RCPtr<LControl>& child = GetChild(index, ChildOrder::kZ);
+    if (!child->IsShown(false)) continue;
+    if (child->mLayout->ClipToParent) {
+      child->DeferFloating(deferred);
+    } else {
+      deferred.Add(child);
+    }
+  }
 }
 
 TFRESULT LControl::OnRenderBackground(const RCPtr<LRenderer>&) {
@@ -13,31 +172,5 @@ TFRESULT LControl::OnRenderBackground(const RCPtr<LRenderer>&) {
 TFRESULT LControl::OnRenderForeground(const RCPtr<LRenderer>&) {
   return kSuccess;
 }
-
-void LControl::Invalidate(const RectT<double>& rect, bool clip) {
-  const PointT<double> position = GetPositionInParent();
-  InvalidateUp({rect.mX + position.mX, rect.mY + position.mY, rect.mWidth, rect.mHeight}, clip, rect);
-}
-
-void LControl::InvalidateUp(const RectT<double>&, bool, const RectT<double>&) {}
-
-void LControl::InvalidateFrame() {
-  Invalidate({0, 0, mBounds.mWidth, mBounds.mHeight}, mLayout->ClipToParent);
-}
-
-void LControl::InvalidateUnclipped() {
-  if (mUnclippedCount == 0) return;
-  for (std::int32_t index = 0; index < GetChildCount(); ++index) {
-    const RCPtr<LControl> child = GetChild(index);
-    if (!child->mLayout->ClipToParent) child->InvalidateFrame();
-    child->InvalidateUnclipped();
-  }
-}
-
-void LControl::OnChildMoved(const RCPtr<LControl>&) {}
-
-void LControl::OnScrollOffsetChange(const PointT<double>&, const PointT<double>&) {}
-
-void LControl::RebuildBackingStore() {}
 
 }  // namespace TF

@@ -1,49 +1,40 @@
 #include "TFFramework/ControlBase/ControlWindow.h"
 
 #include "TFFramework/ControlBase/Control.h"
+#include "TFFramework/ControlBase/HeldControlWindow.h"
 
 namespace TF {
 
-namespace {
+HeldControlWindow::HeldControlWindow(const RCPtr<LRootWindow>& window)
+    : mWindow(window), mServices(dynamic_cast<IControlWindow*>(mWindow.Get())) {}
 
-// Null without a window. The caller holds the window.
-IControlWindow* AsControlWindow(const RCPtr<LRootWindow>& window) {
-  return dynamic_cast<IControlWindow*>(window.Get());
-}
-
-}  // namespace
+HeldControlWindow::HeldControlWindow(const LControl& control) : HeldControlWindow(control.GetRootWindow()) {}
 
 bool LControl::FindDesktop(LayoutDesktop& desktop) {
-  const RCPtr<LRootWindow> window = mRootWindow;
-  IControlWindow* const services = AsControlWindow(window);
-  return services && services->GetLayoutDesktop(desktop);
+  const HeldControlWindow window(mRootWindow);
+  return window && window->GetLayoutDesktop(desktop);
 }
 
 void LControl::ShowWindowTitle(const String& title) {
-  const RCPtr<LRootWindow> window = mRootWindow;
-  if (IControlWindow* const services = AsControlWindow(window)) services->SetTitle(title);
+  if (const HeldControlWindow window(mRootWindow); window) window->SetTitle(title);
 }
 
 void LControl::SizeWindow() {
-  const RCPtr<LRootWindow> window = mRootWindow;
-  IControlWindow* const services = AsControlWindow(window);
-  if (services) services->SetClientSize({RoundToInt32(mBounds.mWidth), RoundToInt32(mBounds.mHeight)});
+  const HeldControlWindow window(mRootWindow);
+  if (window) window->SetClientSize({RoundToInt32(mBounds.mWidth), RoundToInt32(mBounds.mHeight)});
 }
 
 LControl::CursorHandle LControl::ShowCursor(CursorHandle cursor) {
-  const RCPtr<LRootWindow> window = GetRootWindow();
-  IControlWindow* const services = AsControlWindow(window);
-  return services ? services->SetCursor(cursor) : 0;
+  const HeldControlWindow window(*this);
+  return window ? window->SetCursor(cursor) : 0;
 }
 
 void LControl::RepeatHitTest() {
-  const RCPtr<LRootWindow> window = GetRootWindow();
-  if (IControlWindow* const services = AsControlWindow(window)) services->RepeatHitTest();
+  if (const HeldControlWindow window(*this); window) window->RepeatHitTest();
 }
 
 void LControl::LeaveWindow() {
-  const RCPtr<LRootWindow> window = GetRootWindow();
-  if (IControlWindow* const services = AsControlWindow(window)) services->ForgetControl(*this);
+  if (const HeldControlWindow window(*this); window) window->ForgetControl(*this);
 }
 
 }  // namespace TF

@@ -4,32 +4,10 @@
 #include <vector>
 
 #include "Tests/TFFramework/ControlBase/ControlFixture.h"
+#include "Tests/TFFramework/ControlBase/StubWindow.h"
 
 namespace TF {
 namespace {
-
-// A window without a screen that writes down what its controls ask for.
-class RecordingWindow : public LRootWindow, public IControlWindow {
- public:
-  void SetTitle(const String& title) override { mAsked.push_back("title " + ToUtf8(title)); }
-  void SetClientSize(const SizeT<std::int32_t>& size) override {
-    mAsked.push_back("size " + std::to_string(size.mWidth) + " " + std::to_string(size.mHeight));
-  }
-  bool GetLayoutDesktop(LayoutDesktop& desktop) override {
-    desktop = {{10, 20}, {320, 200}, {1000, 800}, {30, 40}};
-    return true;
-  }
-  std::uintptr_t SetCursor(std::uintptr_t cursor) override { return std::exchange(mCursor, cursor); }
-  void RepeatHitTest() override { mAsked.push_back("hit test"); }
-  void ForgetControl(LControl& control) override { mAsked.push_back("forget " + ToUtf8(control.GetName())); }
-
-  std::vector<std::string> TakeAsked() { return std::exchange(mAsked, {}); }
-
-  std::uintptr_t mCursor = 7;
-
- private:
-  std::vector<std::string> mAsked;
-};
 
 class PlainControl : public LControl {
  public:
@@ -63,7 +41,7 @@ class ControlWindowTest : public SkinDocumentFixture {
     SkinDocumentFixture::TearDown();
   }
 
-  const RCPtr<RecordingWindow> mWindow = MakeRC<RecordingWindow>();
+  const RCPtr<StubWindow> mWindow = MakeRC<StubWindow>();
   RCPtr<ClockApplication> mApplication;
   RCPtr<LControl> mMain;
 };

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "Platform/InputBits.h"
 #include "TFFramework/ControlBase/KeyCode.h"
 #include "TFFramework/ObjectBase/RCPtr.h"
 #include "TFFramework/ObjectBase/RefCountedObject.h"
@@ -46,9 +47,9 @@ class LPointWithModifiersParam : public LPointParam {
 
 class LMouseButtonParam : public LPointWithModifiersParam {
  public:
-  static constexpr std::uint32_t kLeft = 1;
-  static constexpr std::uint32_t kMiddle = 2;
-  static constexpr std::uint32_t kRight = 4;
+  static constexpr std::uint32_t kLeft = Platform::MouseButton::kLeft;
+  static constexpr std::uint32_t kMiddle = Platform::MouseButton::kMiddle;
+  static constexpr std::uint32_t kRight = Platform::MouseButton::kRight;
 
   LMouseButtonParam(std::int32_t x, std::int32_t y, std::uint32_t modifiers, std::uint32_t time,
                     std::uint32_t button, bool isDoubleClick, std::uint32_t buttonsHeld)

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "Platform/InputBits.h"
 #include "TFFramework/Utilities/Storage/StringT.h"
 
 namespace TF {
@@ -29,21 +30,7 @@ struct KeyCode {
 };
 
 // The modifiers that go with an event.
-namespace Modifier {
-inline constexpr std::uint32_t kCtrl = 0x1;
-inline constexpr std::uint32_t kLeftCtrl = 0x2;  // Each side is set together with the general bit.
-inline constexpr std::uint32_t kRightCtrl = 0x4;
-inline constexpr std::uint32_t kShift = 0x8;
-inline constexpr std::uint32_t kLeftShift = 0x10;
-inline constexpr std::uint32_t kRightShift = 0x20;
-inline constexpr std::uint32_t kAlt = 0x40;
-inline constexpr std::uint32_t kLeftAlt = 0x80;
-inline constexpr std::uint32_t kRightAlt = 0x100;
-inline constexpr std::uint32_t kCommand = 0x200;
-inline constexpr std::uint32_t kLeftCommand = 0x400;
-inline constexpr std::uint32_t kRightCommand = 0x800;
-inline constexpr std::uint32_t kFifth = 0x1000;
-}  // namespace Modifier
+namespace Modifier = Platform::ModifierBit;
 
 // From what a window hears; mask is made of Modifier's bits.
 KeyCode KeyCodeFromCharacter(char16_t character, std::uint32_t mask);

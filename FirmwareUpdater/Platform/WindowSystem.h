@@ -84,10 +84,10 @@ class WindowSystem {
   // Of the first screen, without panels and docks.
   virtual PixelRect GetWorkArea() = 0;
 
-  // Shows a text in a window of its own above parent, which may be null, and returns when the user has
-  // answered; meanwhile no other window hears input. Closing it is kCancel, with one button kOk, with
-  // kYesNo kNo.
-  virtual MessageAnswer ShowMessage(const MessageRequest& request, Window* parent) = 0;
+  // Shows a text in a window of its own, above the window with the keyboard or else the first one, and
+  // returns when the user has answered; meanwhile no other window hears input. Closing it is kCancel, with
+  // one button kOk, with kYesNo kNo.
+  virtual MessageAnswer ShowMessage(const MessageRequest& request) = 0;
 
   // UTF-8. False when the display does not take or give it.
   virtual bool SetClipboardText(const std::string& text) = 0;

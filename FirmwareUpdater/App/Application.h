@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Engine/UpdateProcessor.h"
-#include "TFFramework/Application/ApplicationBase.h"
+#include "TFFramework/System/ApplicationBase.h"
 #include "TFFramework/Threads/Mutex.h"
 
 // The program's application object. It owns the update processor.

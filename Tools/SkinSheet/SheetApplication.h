@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TFFramework/Application/ApplicationBase.h"
 #include "TFFramework/Renderer/Renderer.h"
+#include "TFFramework/System/ApplicationBase.h"
 
 // The application object of a program that only draws: fonts and texts measure with its renderer.
 class LSheetApplication : public TF::LApplicationBase<LSheetApplication> {

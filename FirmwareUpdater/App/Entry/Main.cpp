@@ -11,8 +11,8 @@
 #include "Platform/MidiDriver.h"
 #include "Platform/ProcessExit.h"
 #include "Platform/Signals.h"
-#include "TFFramework/Application/MFCFrameworkApp.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
+#include "TFFramework/System/MFCFrameworkApp.h"
 #include "TFFramework/Threads/Thread.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 

@@ -8,6 +8,7 @@ class LD3D9RenderContextInfo : public LRenderContextInfo {
  public:
   using LRenderContextInfo::LRenderContextInfo;
   SizeT<std::int32_t> GetMaxSurfaceSize() const override { return {0, 0}; }
+  void ShowAgain() override {}
 };
 
 // A renderer type without an implementation: frames, states and contexts work, every drawing operation

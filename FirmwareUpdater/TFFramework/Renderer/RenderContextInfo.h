@@ -20,6 +20,8 @@ class LRenderContextInfo : public virtual LRefCountedObject {
       : mWindow(window), mIsOffscreen(offscreen), mRect(rect) {}
 
   virtual SizeT<std::int32_t> GetMaxSurfaceSize() const = 0;
+  // Has the window show once more what was drawn last, after it lost its pixels. Nothing for a surface.
+  virtual void ShowAgain() = 0;
 
   Platform::WindowSurface* const mWindow;
   const bool mIsOffscreen;

@@ -8,4 +8,11 @@ LGDIRenderContextInfo::LGDIRenderContextInfo(const RectT<std::int32_t>& rect, Pl
       mBackBuffer(MakeRC<LGDIRendererOffscreenSurface>(SizeT<std::int32_t>{rect.mWidth, rect.mHeight})),
       mAltBuffer(MakeRC<LGDIRendererOffscreenSurface>(SizeT<std::int32_t>{rect.mWidth, rect.mHeight})) {}
 
+void LGDIRenderContextInfo::ShowAgain() {
+  if (mIsOffscreen || !mWindow) return;
+  const Platform::PixelView pixels = mBackBuffer->GetCanvas().GetPixels();
+  const Platform::PixelRect whole{0, 0, pixels.mWidth, pixels.mHeight};
+  mWindow->Present(pixels, {&whole, 1});
+}
+
 }  // namespace TF

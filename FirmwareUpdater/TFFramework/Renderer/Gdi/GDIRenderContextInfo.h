@@ -14,6 +14,7 @@ class LGDIRenderContextInfo : public LRenderContextInfo {
   LGDIRenderContextInfo(const RectT<std::int32_t>& rect, Platform::WindowSurface* window, bool offscreen);
 
   SizeT<std::int32_t> GetMaxSurfaceSize() const override { return {kMaxSurfaceSide, kMaxSurfaceSide}; }
+  void ShowAgain() override;
 
   RCPtr<LGDIRendererOffscreenSurface> mBackBuffer;
   // Takes turns with the back buffer when a surface is drawn and goes on empty.

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "App/Resources/ProgramResources.h"
-#include "TFFramework/Application/ApplicationBase.h"
-#include "TFFramework/Application/MFCFrameworkApp.h"
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
 #include "TFFramework/Renderer/FontRenderer/Font.h"
+#include "TFFramework/System/ApplicationBase.h"
+#include "TFFramework/System/MFCFrameworkApp.h"
 #include "TFFramework/Utilities/Storage/Resources.h"
 #include "Tests/Support/Eventually.h"
 #include "Tests/Support/PngWriter.h"

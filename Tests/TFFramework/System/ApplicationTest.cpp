@@ -1,4 +1,4 @@
-#include "TFFramework/Application/ApplicationBase.h"
+#include "TFFramework/System/ApplicationBase.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 
 #include "App/Resources/ProgramResources.h"
 #include "TFFramework/Application/ApplicationFolders.h"
-#include "TFFramework/Application/MFCFrameworkApp.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
+#include "TFFramework/System/MFCFrameworkApp.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 namespace {
@@ -151,22 +151,6 @@ TEST_F(Application, ExitIsDroppedWhileItIsNotAllowed) {
   mApp.Run();
   EXPECT_EQ(std::count(gSteps.begin(), gSteps.end(), "asked"), 2);
   EXPECT_EQ(gSteps.back(), "gone");
-}
-
-TEST(MessageLoop, IdlesUntilThereIsNothingToDoAndWakesForMore) {
-  TF::MessageLoop loop;
-  Texts calls;
-  std::thread other;
-  const std::int32_t status = loop.Run([&](std::int32_t count) {
-    calls.push_back(std::to_string(count));
-    if (calls.size() == 3) other = std::thread([&] { loop.Wake(); });
-    if (calls.size() == 5) loop.PostQuit(7);
-    return count < 2;
-  });
-  other.join();
-  EXPECT_EQ(status, 7);
-  EXPECT_EQ(calls, Texts({"0", "1", "2", "0", "1"}));
-  EXPECT_EQ(loop.Run([](std::int32_t) -> bool { throw std::logic_error("no idling after the end"); }), 7);
 }
 
 TEST(ApplicationFolders, AreMadeBelowTheUsersFolders) {

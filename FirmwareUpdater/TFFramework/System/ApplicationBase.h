@@ -2,8 +2,8 @@
 
 #include "Platform/Clock.h"
 #include "TFFramework/Application/FrameworkApp.h"
-#include "TFFramework/Application/MessageLoop.h"
 #include "TFFramework/Notification/Notification.h"
+#include "TFFramework/System/MessageLoop.h"
 
 namespace TF {
 
@@ -39,9 +39,7 @@ class LApplicationBase : public LFrameworkApp {
     if (exitRequest) QuitMessageLoop();
   }
 
-  std::int32_t RunMessageLoop() override {
-    return mMessageLoop.Run([this](std::int32_t count) { return OnIdle(count); });
-  }
+  std::int32_t RunMessageLoop() override { return mMessageLoop.Run(); }
 
   double GetTime() override {
     const std::uint32_t now = Platform::MillisecondTicks();
@@ -64,7 +62,7 @@ class LApplicationBase : public LFrameworkApp {
     return ProcessNotifications(count == 0) && count < kIdlePasses - 1;
   }
 
-  MessageLoop mMessageLoop;
+  MessageLoop mMessageLoop{[this](std::int32_t count) { return OnIdle(count); }};
   std::uint32_t mLastTicks = Platform::MillisecondTicks();
   double mRunningSeconds = 0;
 };

@@ -1,0 +1,106 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Platform/WindowSystem.h"
+
+namespace TestSupport {
+
+class FakeWindowSystem;
+
+// A window that shows nothing and remembers what it was asked for.
+class FakePlatformWindow : public Platform::Window {
+ public:
+  FakePlatformWindow(FakeWindowSystem& system, const Platform::WindowDescription& description,
+                     Platform::WindowListener& listener);
+  ~FakePlatformWindow() override;
+
+  void Present(const Platform::PixelView& pixels, std::span<const Platform::PixelRect> rects) override;
+  void SetTitle(const std::string& title) override { mTitle = title; }
+  void SetIcon(const Platform::PixelView& pixels) override { mIconSide = pixels.mWidth; }
+  Platform::PixelRect GetClientRect() const override { return mClient; }
+  Platform::PixelRect GetFrameRect() const override { return mClient; }
+  void SetClientRect(const Platform::PixelRect& rect) override;
+  void SetSizeLimits(const Platform::PixelSize& minimum, const Platform::PixelSize& maximum) override;
+  void Show(Platform::WindowShow command) override;
+  bool IsVisible() const override { return mIsVisible; }
+  bool IsMinimized() const override { return mIsMinimized; }
+  bool IsMaximized() const override { return mIsMaximized; }
+  void Raise() override { mCalls.push_back("raise"); }
+  void SetTopMost(bool topMost) override { mCalls.push_back(topMost ? "topmost" : "not topmost"); }
+  bool HasFocus() const override { return mHasFocus; }
+  void TakeFocus() override { mCalls.push_back("take focus"); }
+  void SetEnabled(bool enabled) override { mIsEnabled = enabled; }
+  bool IsEnabled() const override { return mIsEnabled; }
+  void RequestPaint() override { mNeedsPaint = true; }
+  std::uintptr_t GetNativeHandle() const override { return 77; }
+
+  FakeWindowSystem& mSystem;
+  Platform::WindowDescription mDescription;
+  Platform::WindowListener& mListener;
+  std::string mTitle;
+  std::int32_t mIconSide = 0;
+  Platform::PixelRect mClient;
+  Platform::PixelSize mMinimum;
+  Platform::PixelSize mMaximum;
+  bool mIsVisible = false;
+  bool mIsMinimized = false;
+  bool mIsMaximized = false;
+  bool mHasFocus = true;
+  bool mIsEnabled = true;
+  bool mNeedsPaint = false;
+  std::vector<std::string> mCalls;
+  std::vector<Platform::PixelRect> mPresented;  // Of all calls.
+};
+
+// A display that does what a test has queued for it.
+class FakeWindowSystem : public Platform::WindowSystem {
+ public:
+  using Input = std::function<void()>;
+
+  std::unique_ptr<Platform::Window> CreateWindow(const Platform::WindowDescription& description,
+                                                 Platform::WindowListener& listener) override;
+  bool DispatchInput() override;
+  void DispatchPaints() override;
+  // Ends the loop of a test that has nothing more to say: throws after the last of mWaits.
+  void Wait(std::uint32_t milliseconds) override;
+  void Wake() override { ++mWakeUps; }
+  void AnswerDisplay() override {}
+  bool TakeQuitRequest() override { return std::exchange(mQuitRequest, false); }
+  Platform::CursorId GetSystemCursor(Platform::SystemCursor cursor) override {
+    return 100 + static_cast<Platform::CursorId>(cursor);
+  }
+  Platform::CursorId MakeCursor(const Platform::PixelView& pixels,
+                                const Platform::PixelPoint& hotSpot) override;
+  void SetCursor(Platform::CursorId cursor) override { mCursors.push_back(cursor); }
+  void ShowCursor(bool show) override { mCursorShown = show; }
+  bool SetCursorPosition(const Platform::PixelPoint& point) override;
+  bool GetCursorPosition(Platform::PixelPoint& point) override;
+  std::uint32_t GetModifiers() const override { return mModifiers; }
+  void GetKeyState(std::uint8_t virtualKey, bool& isDown, bool& isToggled) const override;
+  Platform::PixelRect GetWorkArea() override { return mWorkArea; }
+  Platform::MessageAnswer ShowMessage(const Platform::MessageRequest& request) override;
+  bool SetClipboardText(const std::string& text) override { return mClipboard = text, true; }
+  bool GetClipboardText(std::string& text) override { return text = mClipboard, true; }
+
+  std::vector<FakePlatformWindow*> mWindows;  // Those that exist, in the order of their making.
+  std::deque<Input> mInput;
+  std::deque<Input> mWaits;  // What happens while the program sleeps.
+  int mWakeUps = 0;
+  bool mQuitRequest = false;
+  bool mRefusesWindows = false;
+  bool mCursorShown = true;
+  std::uint32_t mModifiers = 0;
+  Platform::PixelRect mWorkArea{0, 0, 1000, 800};
+  Platform::PixelPoint mCursorPosition;
+  std::vector<Platform::CursorId> mCursors;
+  std::vector<Platform::PixelPoint> mHotSpots;
+  std::vector<Platform::MessageRequest> mMessages;
+  std::string mClipboard;
+};
+
+}  // namespace TestSupport

@@ -8,6 +8,7 @@
 
 #include "Platform/Canvas.h"
 #include "Platform/SplashSurface.h"
+#include "Platform/WindowSystem.h"
 
 namespace Platform {
 
@@ -33,6 +34,10 @@ class Desktop {
   // windows. Throws runtime_error without a display that can show it.
   virtual std::unique_ptr<SplashSurface> OpenSplash(const SplashPicture& picture,
                                                     const std::string& title) = 0;
+
+  // Started at the first call; lives as long as the process. Throws runtime_error that names the display
+  // when that shows no windows; the next call tries again.
+  virtual WindowSystem& GetWindowSystem() = 0;
 };
 
 // The desktop of this process. The first call loads the module, which stands beside the program and

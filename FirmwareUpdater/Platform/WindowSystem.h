@@ -42,7 +42,7 @@ struct MessageRequest {
 
 // Windows, input, cursors, messages and the clipboard of the display that the program runs on.
 //
-// Threads: main thread, Wake and Window::RequestPaint excepted.
+// Threads: main thread, Wake, RequestQuit and Window::RequestPaint excepted.
 class WindowSystem {
  public:
   virtual ~WindowSystem() = default;
@@ -65,6 +65,8 @@ class WindowSystem {
   virtual void AnswerDisplay() = 0;
   // The session ends, or a signal asked for it: true once after each such wish.
   virtual bool TakeQuitRequest() = 0;
+  // Any thread: the program was asked from elsewhere to end, as by a signal.
+  virtual void RequestQuit() = 0;
 
   virtual CursorId GetSystemCursor(SystemCursor cursor) = 0;
   // A copy of 32-bit pixels with the point that points; kNoCursor when that fails.
@@ -85,8 +87,9 @@ class WindowSystem {
   virtual PixelRect GetWorkArea() = 0;
 
   // Shows a text in a window of its own, above the window with the keyboard or else the first one, and
-  // returns when the user has answered; meanwhile no other window hears input. Closing it is kCancel, with
-  // one button kOk, with kYesNo kNo.
+  // returns when the user has answered; meanwhile no other window hears input, and their OnPaint waits.
+  // Closing it is kCancel, with one button kOk, with kYesNo kNo; a wish to quit closes it, too, and stays
+  // for TakeQuitRequest.
   virtual MessageAnswer ShowMessage(const MessageRequest& request) = 0;
 
   // UTF-8. False when the display does not take or give it.

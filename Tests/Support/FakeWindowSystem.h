@@ -71,6 +71,7 @@ class FakeWindowSystem : public Platform::WindowSystem {
   void Wake() override { ++mWakeUps; }
   void AnswerDisplay() override {}
   bool TakeQuitRequest() override { return std::exchange(mQuitRequest, false); }
+  void RequestQuit() override { mQuitRequest = true; }
   Platform::CursorId GetSystemCursor(Platform::SystemCursor cursor) override {
     return 100 + static_cast<Platform::CursorId>(cursor);
   }

@@ -7,6 +7,7 @@
 #include "Platform/Desktop/LiveObjects.h"
 #include "Platform/Desktop/PangoTextFont.h"
 #include "Platform/Desktop/PixmanPicture.h"
+#include "Platform/Desktop/SdlWindowSystem.h"
 #include "Platform/Desktop/XcbSplash.h"
 
 namespace Platform {
@@ -31,6 +32,9 @@ CairoOptionsHandle TextOptions() {
 // The libraries keep what they share between all users for the whole process: Pango looks for fonts on
 // a thread of its own, under which Cairo and fontconfig cannot be ended.
 DesktopModule::~DesktopModule() {
+  // The connection ends with the process: other threads may still wake the window system, and who ends
+  // it behind a display that is gone only waits.
+  static_cast<void>(mWindowSystem.release());
   if (LiveObject::GetCount() == 0) return;
   // Who outlives the desktop still draws with these.
   static_cast<void>(mTextContext.release());
@@ -58,6 +62,11 @@ std::unique_ptr<CanvasFont> DesktopModule::OpenFont(const FontDescription& descr
 std::unique_ptr<SplashSurface> DesktopModule::OpenSplash(const SplashPicture& picture,
                                                          const std::string& title) {
   return OpenXcbSplash(picture, title);
+}
+
+WindowSystem& DesktopModule::GetWindowSystem() {
+  if (!mWindowSystem) mWindowSystem = std::make_unique<SdlWindowSystem>();
+  return *mWindowSystem;
 }
 
 PangoContext* DesktopModule::GetTextContext() {

@@ -9,7 +9,7 @@
 
 namespace Platform {
 
-// The desktop with Cairo and Pango behind it.
+// The desktop with Cairo, Pango and SDL behind it.
 class DesktopModule : public Desktop {
  public:
   ~DesktopModule() override;
@@ -20,6 +20,7 @@ class DesktopModule : public Desktop {
   std::unique_ptr<CanvasPath> CreatePath(PathKind kind, std::span<const CanvasPoint> points) override;
   std::unique_ptr<CanvasFont> OpenFont(const FontDescription& description) override;
   std::unique_ptr<SplashSurface> OpenSplash(const SplashPicture& picture, const std::string& title) override;
+  WindowSystem& GetWindowSystem() override;
 
  private:
   PangoContext* GetTextContext();
@@ -27,6 +28,7 @@ class DesktopModule : public Desktop {
   // Made with the first font: looking for fonts takes milliseconds.
   GObjectHandle<PangoFontMap> mFontMap;
   GObjectHandle<PangoContext> mTextContext;
+  std::unique_ptr<WindowSystem> mWindowSystem;
 };
 
 }  // namespace Platform

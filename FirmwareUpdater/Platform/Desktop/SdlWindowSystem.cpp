@@ -1,0 +1,182 @@
+#include "Platform/Desktop/SdlWindowSystem.h"
+
+#include <SDL.h>
+
+#include <algorithm>
+#include <limits>
+#include <stdexcept>
+
+#include "Platform/Desktop/SdlVideo.h"
+#include "Platform/Desktop/SdlWindow.h"
+
+namespace Platform {
+
+namespace {
+
+std::uint32_t StartAndRegister() {
+  StartSdlVideo();
+  const std::uint32_t type = SDL_RegisterEvents(1);
+  if (type == std::numeric_limits<std::uint32_t>::max()) throw std::runtime_error("no event types left");
+  return type;
+}
+
+constexpr std::uint32_t kFirstScreen = 0;
+
+}  // namespace
+
+SdlWindowSystem::SdlWindowSystem() : mUserEvent(StartAndRegister()) {
+  SDL_StartTextInput();
+}
+
+std::unique_ptr<Window> SdlWindowSystem::CreateWindow(const WindowDescription& description,
+                                                      WindowListener& listener) {
+  return std::make_unique<SdlWindow>(*this, description, listener);
+}
+
+bool SdlWindowSystem::DispatchInput() {
+  SDL_PumpEvents();
+  bool any = mIsWoken.exchange(false);
+  SDL_Event event;
+  while (TakeEvent(event)) any = HandleEvent(event) || any;
+  return any;
+}
+
+void SdlWindowSystem::DispatchPaints() {
+  std::vector<std::uint32_t> windows;
+  for (const SdlWindow* const window : mWindows)
+    if (window->NeedsPaint()) windows.push_back(window->GetId());
+  for (const std::uint32_t id : windows) {
+    SdlWindow* window = FindWindow(id);
+    if (window && window->TakeExposure()) window->GetListener().OnExpose();
+    // What is drawn anew would hide a fault that a message tells of behind the next one.
+    if (mModal != 0 && id != mModal) continue;
+    window = FindWindow(id);
+    if (window && window->TakePaintRequest()) window->GetListener().OnPaint();
+  }
+}
+
+void SdlWindowSystem::Wait(std::uint32_t milliseconds) {
+  if ((mModal == 0 && mIsWoken) || NeedsPaint() || !mPending.empty()) return;
+  constexpr std::uint32_t kLongest = std::numeric_limits<int>::max();
+  SDL_WaitEventTimeout(nullptr, milliseconds > kLongest ? -1 : static_cast<int>(milliseconds));
+}
+
+void SdlWindowSystem::Wake() {
+  if (!mIsWoken.exchange(true)) PushEvent(kWakeCode);
+}
+
+void SdlWindowSystem::AnswerDisplay() {
+  SDL_PumpEvents();
+}
+
+void SdlWindowSystem::RequestQuit() {
+  mQuitRequested = true;
+  PushEvent(kWakeCode);
+}
+
+CursorId SdlWindowSystem::MakeCursor(const PixelView& pixels, const PixelPoint& hotSpot) {
+  return mCursors.MakeCursor(pixels, hotSpot);
+}
+
+void SdlWindowSystem::ShowCursor(bool show) {
+  SDL_ShowCursor(show ? SDL_ENABLE : SDL_DISABLE);
+}
+
+bool SdlWindowSystem::SetCursorPosition(const PixelPoint& point) {
+  return IsOnX11() && SDL_WarpMouseGlobal(point.mX, point.mY) == 0;
+}
+
+bool SdlWindowSystem::GetCursorPosition(PixelPoint& point) {
+  if (!IsOnX11()) return false;
+  // While a button is down SDL does not keep its record of the screen.
+  if (mInput.IsButtonDown())
+    point = mMousePoint;
+  else
+    SDL_GetGlobalMouseState(&point.mX, &point.mY);
+  return true;
+}
+
+void SdlWindowSystem::GetKeyState(std::uint8_t virtualKey, bool& isDown, bool& isToggled) const {
+  isDown = mInput.IsDown(virtualKey);
+  isToggled = mInput.IsToggled(virtualKey);
+}
+
+PixelRect SdlWindowSystem::GetWorkArea() {
+  SDL_Rect area{};
+  if (SDL_GetDisplayUsableBounds(kFirstScreen, &area) != 0) SDL_GetDisplayBounds(kFirstScreen, &area);
+  return {area.x, area.y, area.w, area.h};
+}
+
+MessageAnswer SdlWindowSystem::ShowMessage(const MessageRequest& request) {
+  static_cast<void>(request);
+  throw std::runtime_error("messages cannot be shown yet");
+}
+
+bool SdlWindowSystem::SetClipboardText(const std::string& text) {
+  return SDL_SetClipboardText(text.c_str()) == 0;
+}
+
+// Asks the present owner each time: SDL does not always hear when another program takes the clipboard.
+bool SdlWindowSystem::GetClipboardText(std::string& text) {
+  const std::unique_ptr<char, Releaser<SDL_free>> found(SDL_GetClipboardText());
+  if (!found || *found == '\0') return false;
+  text = found.get();
+  return true;
+}
+
+void SdlWindowSystem::AddWindow(SdlWindow& window) {
+  mWindows.push_back(&window);
+}
+
+void SdlWindowSystem::RemoveWindow(const SdlWindow& window) {
+  if (HasFocus(window)) mFocus = 0;
+  std::erase(mWindows, &window);
+}
+
+bool SdlWindowSystem::HasFocus(const SdlWindow& window) const {
+  return mFocus != 0 && window.GetId() == mFocus;
+}
+
+void SdlWindowSystem::PushEvent(std::int32_t code) {
+  SDL_Event event{};
+  event.type = mUserEvent;
+  event.user.code = code;
+  // Where the queue is full nobody has to be woken.
+  SDL_PushEvent(&event);
+}
+
+bool SdlWindowSystem::TakeEvent(SDL_Event& event) {
+  if (mPending.empty()) return SDL_PeepEvents(&event, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_LASTEVENT) == 1;
+  event = mPending.front();
+  mPending.pop_front();
+  return true;
+}
+
+void SdlWindowSystem::PutBackWindowEvent(std::uint32_t window, std::uint8_t kind) {
+  SDL_Event event{};
+  event.type = SDL_WINDOWEVENT;
+  event.window.windowID = window;
+  event.window.event = kind;
+  PutBack(event);
+}
+
+SdlWindow* SdlWindowSystem::FindWindow(std::uint32_t id) const {
+  const auto found = std::find_if(mWindows.begin(), mWindows.end(),
+                                  [&](const SdlWindow* window) { return window->GetId() == id; });
+  return found == mWindows.end() ? nullptr : *found;
+}
+
+SdlWindow* SdlWindowSystem::FindInputWindow(std::uint32_t id) const {
+  if (mModal != 0 && id != mModal) return nullptr;
+  SdlWindow* const window = FindWindow(id);
+  return window && window->IsEnabled() ? window : nullptr;
+}
+
+bool SdlWindowSystem::NeedsPaint() const {
+  return std::any_of(mWindows.begin(), mWindows.end(), [&](const SdlWindow* window) {
+    const bool paints = mModal == 0 || window->GetId() == mModal;
+    return paints ? window->NeedsPaint() : window->IsExposed();
+  });
+}
+
+}  // namespace Platform

@@ -27,7 +27,8 @@ class LApplication : public TF::LApplicationBase<LApplication> {
 
   // Tells on standard error that this version has no screen. The run then ends with the
   // update that it may have started.
-  TFRESULT OpenScreen();
+  void StartDisplay() override {}
+  TFRESULT OpenScreen() override;
 
   const TF::RCPtr<LUpdateProcessor>& GetUpdateProcessor() const { return mUpdateProcessor; }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Platform/Canvas.h"
+#include "Platform/ProfileStore.h"
 #include "Platform/SplashSurface.h"
 #include "Platform/WindowSystem.h"
 
@@ -38,6 +39,9 @@ class Desktop {
   // Started at the first call; lives as long as the process. Throws runtime_error that names the display
   // when that shows no windows; the next call tries again.
   virtual WindowSystem& GetWindowSystem() = 0;
+
+  // The store in a file at an inner path, which need not exist yet.
+  virtual std::unique_ptr<ProfileStore> OpenProfile(const std::u16string& path) = 0;
 };
 
 // The desktop of this process. The first call loads the module, which stands beside the program and

@@ -4,6 +4,7 @@
 
 #include "Platform/Desktop/CairoCanvas.h"
 #include "Platform/Desktop/CairoPath.h"
+#include "Platform/Desktop/KeyFileProfile.h"
 #include "Platform/Desktop/LiveObjects.h"
 #include "Platform/Desktop/PangoTextFont.h"
 #include "Platform/Desktop/PixmanPicture.h"
@@ -67,6 +68,10 @@ std::unique_ptr<SplashSurface> DesktopModule::OpenSplash(const SplashPicture& pi
 WindowSystem& DesktopModule::GetWindowSystem() {
   if (!mWindowSystem) mWindowSystem = std::make_unique<SdlWindowSystem>();
   return *mWindowSystem;
+}
+
+std::unique_ptr<ProfileStore> DesktopModule::OpenProfile(const std::u16string& path) {
+  return OpenKeyFileProfile(path);
 }
 
 PangoContext* DesktopModule::GetTextContext() {

@@ -21,6 +21,7 @@ class DesktopModule : public Desktop {
   std::unique_ptr<CanvasFont> OpenFont(const FontDescription& description) override;
   std::unique_ptr<SplashSurface> OpenSplash(const SplashPicture& picture, const std::string& title) override;
   WindowSystem& GetWindowSystem() override;
+  std::unique_ptr<ProfileStore> OpenProfile(const std::u16string& path) override;
 
  private:
   PangoContext* GetTextContext();

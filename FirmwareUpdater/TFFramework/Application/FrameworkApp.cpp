@@ -7,8 +7,12 @@
 #include <iostream>
 
 #include "TFFramework/Application/ApplicationFolders.h"
+#include "TFFramework/Application/CursorTable.h"
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
+#include "TFFramework/ControlBase/GlobalHotKeyManager.h"
+#include "TFFramework/ControlBase/RootWindow.h"
+#include "TFFramework/ControlBase/WaitCursor.h"
 #include "TFFramework/Notification/Notification.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
 #include "TFFramework/ObjectBase/Exception.h"
@@ -43,6 +47,7 @@ LFrameworkApp::LFrameworkApp(const RCPtr<LControlFactory>& controlFactory, const
     : mControlFactory(controlFactory),
       mCommandLine(Narrow(commandLine)),
       mApplicationCenter(LNotificationCenterManager::GetInstance()->GetCenter(kApplicationCenterName)) {
+  mHotKeys = MakeRC<LGlobalHotKeyManager>(mApplicationCenter);
   instance = this;
 }
 
@@ -66,20 +71,32 @@ void LFrameworkApp::OnStarted(const String&) {}
 
 void LFrameworkApp::OnSecondInstance(const String&) {}
 
+// What is thrown anywhere in here is told to the user, and the program then ends as soon as it may: what
+// an exit request finds in progress goes on in the loop.
 TFRESULT LFrameworkApp::Run() {
+  if (mRootWindows.GetCount() > 0) mRootWindows[0]->InvalidateAll();
   OnBeforeMessageLoop();
-  ProcessNotifications(true);
-  try {
-    RunMessageLoop();
-  } catch (const std::exception& exception) {
-    ReportStartupError(exception.what(), mStringTable);
-    mApplicationCenter->Post(LNotification::Create(kAppExitRequest, nullptr));
-  } catch (...) {
-    ReportStartupError("an exception of unknown kind", mStringTable);
-    mApplicationCenter->Post(LNotification::Create(kAppExitRequest, nullptr));
+  const auto attempt = [this](auto step) {
+    try {
+      step();
+      return true;
+    } catch (const std::exception& exception) {
+      ReportFault(exception.what());
+    } catch (...) {
+      ReportFault("an exception of unknown kind");
+    }
+    return false;
+  };
+  attempt([this] { ProcessNotifications(true); });
+  while (!attempt([this] { RunMessageLoop(); })) {
   }
-  ProcessNotifications(true);
+  attempt([this] { ProcessNotifications(true); });
   return kSuccess;
+}
+
+void LFrameworkApp::ReportFault(const char* what) {
+  ReportStartupError(what, mStringTable);
+  mApplicationCenter->Post(LNotification::Create(kAppExitRequest, nullptr));
 }
 
 bool LFrameworkApp::IsExitRequested() {
@@ -110,7 +127,7 @@ TFRESULT LFrameworkApp::GetSystemFont(String& name, float& size, std::int32_t& s
 }
 
 RCPtr<LRenderer> LFrameworkApp::GetRenderer() {
-  return nullptr;
+  return mRootWindows.GetCount() > 0 ? mRootWindows[0]->GetRenderer() : RCPtr<LRenderer>();
 }
 
 std::int32_t LFrameworkApp::GetCurrentSkinIndex() {
@@ -126,7 +143,22 @@ TFRESULT LFrameworkApp::SetSkin(std::int32_t index) {
   mControlFactory->SetCurrentSkin(index);
   mControlFactory->GetSkinFont(name, size, style);
   mDefaultFont = LFont::Get(name, size, style);
+  ApplySkinToWindows();
   return kSuccess;
+}
+
+void LFrameworkApp::ApplySkinToWindows() {
+  for (std::int32_t index = 0; index < mRootWindows.GetCount(); ++index) {
+    const RCPtr<LRootWindow> window = mRootWindows[index];
+    const LWaitCursor wait(u"Loading Skin...");
+    const RCPtr<LControl> top = window->GetTopControl();
+    if (!top) continue;
+    mControlFactory->ApplySkin(top);
+    window->RefreshFrame();
+    if (top->RestoresWindowFrame() == 1 && !IsEmpty(window->GetSkinFrame()))
+      window->SetClientRect(window->GetSkinFrame());
+    window->InvalidateAll();
+  }
 }
 
 TFRESULT LFrameworkApp::GetLocalTime(Platform::LocalTime& time) {
@@ -143,7 +175,14 @@ std::int32_t LFrameworkApp::GetRendererType() {
 }
 
 bool LFrameworkApp::ProcessNotifications(bool sendIdle) {
-  return LNotificationCenterManager::GetInstance()->ProcessAll(sendIdle);
+  bool remaining = LNotificationCenterManager::GetInstance()->ProcessAll(sendIdle);
+  // A window may end meanwhile, and others with it.
+  for (std::int32_t index = mRootWindows.GetCount(); --index >= 0;) {
+    if (index >= mRootWindows.GetCount()) continue;
+    const RCPtr<LRootWindow> window = mRootWindows[index];
+    if (window->ProcessKeyQueue(sendIdle)) remaining = true;
+  }
+  return remaining;
 }
 
 void LFrameworkApp::OnBeforeMessageLoop() {}
@@ -151,6 +190,7 @@ void LFrameworkApp::OnBeforeMessageLoop() {}
 TFRESULT LFrameworkApp::Shutdown() {
   UnregisterAll();
   mControlFactory = nullptr;
+  mHotKeys = nullptr;
   return kSuccess;
 }
 
@@ -169,6 +209,7 @@ TFRESULT LFrameworkApp::TakeDocuments() {
   try {
     mStringTable = mControlFactory->GetFrameworkStrings();
     mAppStrings = mControlFactory->GetApplicationStrings();
+    if (mAppStrings) mHotKeys->Add(ReadHotKeys(*mAppStrings, u"GHK"));
     ChooseSkin();
     return kSuccess;
   } catch (const std::exception& exception) {
@@ -193,7 +234,11 @@ void LFrameworkApp::ReportStartupError(const char* why, const RCPtr<LStringTable
     strings->GetString(u"STARTUP_ERROR", text);
     strings->GetString(u"STARTUP_ERROR_CAPTION", caption);
   }
-  std::cerr << ToUtf8(caption) << ": " << ToUtf8(text) << std::endl;
+  LFrameworkApp* const application = instance;
+  if (application && application->GetWindowSystem())
+    application->MessageBox(text, caption, MessageBoxFlag::kIconError);
+  else
+    std::cerr << ToUtf8(caption) << ": " << ToUtf8(text) << std::endl;
 }
 
 String GetApplicationString(const String& key) {

@@ -2,19 +2,28 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
+#include <optional>
 
 #include "Platform/Clock.h"
+#include "Platform/WindowSystem.h"
+#include "TFFramework/Application/IconPicture.h"
 #include "TFFramework/Notification/NotificationCenter.h"
 #include "TFFramework/Notification/NotificationClient.h"
+#include "TFFramework/Utilities/Graphics/Geometry.h"
+#include "TFFramework/Utilities/Storage/RCPtrArray.h"
 #include "TFFramework/Utilities/Storage/StringT.h"
 #include "TFFramework/Utilities/Storage/StringTable.h"
 
 namespace TF {
 
+class CursorTable;
 class LControl;
 class LControlFactory;
 class LFont;
+class LGlobalHotKeyManager;
 class LRenderer;
+class LRootWindow;
 
 // The framework's application object: what controls and program reach through one
 // process-wide pointer.
@@ -56,7 +65,8 @@ class LFrameworkApp : public virtual LNotificationClient {
   virtual RCPtr<LRenderer> GetRenderer();
   // Of the skins in the program's document, counted from 0.
   virtual std::int32_t GetCurrentSkinIndex();
-  // Chooses a skin and with it the default font. kFailure in a program without documents.
+  // Chooses a skin and with it the default font, and has all windows take it over. kFailure in a program
+  // without documents.
   virtual TFRESULT SetSkin(std::int32_t index);
   // Seconds since the start.
   virtual double GetTime() = 0;
@@ -67,16 +77,69 @@ class LFrameworkApp : public virtual LNotificationClient {
   // A top-level control of the current skin that stands in no window; null when the skin has none of this
   // name. Throws runtime_error for a control class that is not registered.
   virtual RCPtr<LControl> CreateControl(const String& name);
+
+  // Windows: FrameworkAppWindows.cpp. What asks for the display has the answer of none before
+  // StartWindowSystem: 0, nothing, nowhere.
+
+  // By a name of skins; 0 for one that has no cursor of its own.
+  virtual std::uintptr_t GetCursorHandle(const String& name);
+  // Of the screen, in pixels.
+  virtual RectT<std::int32_t> GetWorkArea();
+  // key: a virtual key number. kSuccess.
+  virtual TFRESULT GetKeyState(std::uint8_t key, bool& down, bool& toggled);
+  // Modifier's bits, as of the input that was handled.
+  virtual std::uint32_t GetModifiers();
+  // Returns when the user has answered. flags are an icon and a choice of buttons of MessageBoxFlag.
+  // Without a display the text goes to standard error, and kOk comes back.
+  virtual Platform::MessageAnswer MessageBox(const String& text, const String& caption, std::uint32_t flags);
+  // kNothingDone when it is there already, or not there.
+  virtual TFRESULT AddRootWindow(const RCPtr<LRootWindow>& window);
+  virtual TFRESULT RemoveRootWindow(const RCPtr<LRootWindow>& window);
+  // A further window with a top-level control of the current skin; it is shown. kFailure when the skin
+  // has none of this name.
+  virtual TFRESULT OpenRootWindow(const String& name);
+  // The same above another window.
+  virtual TFRESULT OpenChildRootWindow(const String& name, const RCPtr<LRootWindow>& parent);
+  virtual void ShowCursor(bool show);
+  // On the screen; kFailure where the display does not let.
+  virtual TFRESULT SetCursorPosition(std::int32_t x, std::int32_t y);
+  // In the active window's client area, or on the screen when none is active.
+  virtual PointT<std::int32_t> GetCursorPosition();
+  // The program's picture for its windows; nothing without one.
+  virtual std::optional<IconPicture> GetIcon();
+
   // What LRenderer::Create takes: the default renderer.
   virtual std::int32_t GetRendererType();
-  // Delivers what waits in the queues; true when something remains.
+  // Delivers what waits in the queues, those of the windows included; true when something remains.
   virtual bool ProcessNotifications(bool sendIdle);
   // A failure that is in the list of settled results ends the run without an error.
   virtual TFRESULT Initialize() = 0;
+  // The first window, hidden, with its top-level control still to come.
+  virtual TFRESULT CreateMainWindow(std::int32_t rendererType);
   virtual void OnBeforeMessageLoop();
   virtual std::int32_t RunMessageLoop() = 0;
   virtual TFRESULT Shutdown();
   virtual bool IsExitAllowed() = 0;
+
+  // The display's windows, cursors and messages. The system must outlive this object.
+  void StartWindowSystem(Platform::WindowSystem& windowSystem);
+  // Null before.
+  Platform::WindowSystem* GetWindowSystem() const { return mWindowSystem; }
+
+  // The first one is the main window's.
+  const RCPtrArray<LRootWindow, 1, 0>& GetRootWindows() const { return mRootWindows; }
+  // The one that has the user's attention; null when none has.
+  RCPtr<LRootWindow> GetActiveRootWindow() const;
+  // That, or else the first; null without windows.
+  RCPtr<LRootWindow> GetFrontRootWindow() const;
+  // The keys that work wherever the focus is.
+  const RCPtr<LGlobalHotKeyManager>& GetHotKeys() const { return mHotKeys; }
+
+  // In the status bar of the first window: kFailure without one. immediately: not behind the texts that
+  // wait there.
+  TFRESULT SetStatusText(const String& text, bool immediately);
+  // Its ordinary text again.
+  TFRESULT RestoreStatusText(bool immediately);
 
   const RCPtr<LNotificationCenter>& GetApplicationCenter() const { return mApplicationCenter; }
   const NarrowString& GetCommandLine() const { return mCommandLine; }
@@ -93,7 +156,8 @@ class LFrameworkApp : public virtual LNotificationClient {
   // exception.
   TFRESULT TakeDocuments();
 
-  // Shows the texts for a failed startup, as strings has them; why goes to the diagnostics.
+  // Shows the texts for a failed startup, as strings has them, in a message box once the window system
+  // runs and on standard error before; why goes to the diagnostics.
   static void ReportStartupError(const char* why, const RCPtr<LStringTable>& strings = nullptr);
 
  protected:
@@ -102,6 +166,9 @@ class LFrameworkApp : public virtual LNotificationClient {
 
  private:
   void ChooseSkin();
+  void ReportFault(const char* what);
+  void ApplySkinToWindows();
+  std::int32_t FindRootWindow(const RCPtr<LRootWindow>& window) const;
 
   RCPtr<LControlFactory> mControlFactory;
   NarrowString mCommandLine;
@@ -110,7 +177,23 @@ class LFrameworkApp : public virtual LNotificationClient {
   std::atomic<bool> mExitRequested{false};
   RCPtr<LNotificationCenter> mApplicationCenter;
   RCPtr<LFont> mDefaultFont;
+  Platform::WindowSystem* mWindowSystem = nullptr;
+  std::unique_ptr<CursorTable> mCursors;
+  RCPtrArray<LRootWindow, 1, 0> mRootWindows;
+  RCPtr<LGlobalHotKeyManager> mHotKeys;
 };
+
+// What MessageBox takes, by its flags.
+namespace MessageBoxFlag {
+inline constexpr std::uint32_t kOk = 0x0;
+inline constexpr std::uint32_t kOkCancel = 0x1;
+inline constexpr std::uint32_t kYesNoCancel = 0x3;
+inline constexpr std::uint32_t kYesNo = 0x4;
+inline constexpr std::uint32_t kIconError = 0x10;
+inline constexpr std::uint32_t kIconQuestion = 0x20;
+inline constexpr std::uint32_t kIconWarning = 0x30;
+inline constexpr std::uint32_t kIconInformation = 0x40;
+}  // namespace MessageBoxFlag
 
 // A text of the running application; empty without one.
 String GetApplicationString(const String& key);

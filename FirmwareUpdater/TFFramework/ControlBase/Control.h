@@ -152,6 +152,8 @@ class LControl : public virtual LNotificationClient,
   bool ChangeText(const String& text, bool relayout);
   void SetToolTipText(const String& text) { mToolTipText = text; }
   virtual String GetToolTipText() { return mToolTipText; }
+  // The control whose tip shows over this one when it has none; null for none.
+  RCPtr<LControl> GetToolTipParent() const { return mUseParentToolTip ? mParent : RCPtr<LControl>(); }
 
   // What is empty, 0 or -1 comes from the parent or the application. size in points, or a factor.
   TFRESULT SetFont(const String& name, float size, std::int32_t style, bool relative);

@@ -41,6 +41,11 @@ LRenderContextInfo* LRenderer::GetTopContext() {
   return count > 0 ? mContexts[count - 1].Get() : nullptr;
 }
 
+bool LRenderer::HasSavedState() {
+  const LRenderContextInfo* const context = GetTopContext();
+  return context && !context->mStateStack.empty();
+}
+
 RenderState* LRenderer::GetState() {
   LRenderContextInfo* const context = GetTopContext();
   return context ? &context->mState : nullptr;

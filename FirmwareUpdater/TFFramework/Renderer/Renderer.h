@@ -95,6 +95,8 @@ class LRenderer : public LMeasurementRenderer {
   virtual void SetClipRect(const RectT<double>& rect);
   virtual void Translate(const PointT<double>& offset);
 
+  // Whether a state is saved in the top context: drawing in it has begun.
+  bool HasSavedState();
   // The state of the top context, null outside of a frame.
   RenderState* GetState();
 

@@ -1,26 +1,37 @@
 #pragma once
 
+#include <cstdint>
+#include <string>
+
 #include "Platform/Clock.h"
+#include "Platform/Desktop.h"
 #include "TFFramework/Application/FrameworkApp.h"
+#include "TFFramework/ControlBase/GlobalHotKeyManager.h"
 #include "TFFramework/Notification/Notification.h"
+#include "TFFramework/System/MainWindow.h"
 #include "TFFramework/System/MessageLoop.h"
+#include "TFFramework/System/SecondInstance.h"
 
 namespace TF {
 
-// Binds the application object to the operating system: clock, loop and the road out. T is
+// Binds the application object to the operating system: clock, windows, loop and the road out. T is
 // the program's own application class, derived from this.
 //
-// Threads: as in the base; QuitMessageLoop on any.
+// Threads: as in the base; QuitMessageLoop and TakeCommandLine on any.
 template <class T>
 class LApplicationBase : public LFrameworkApp {
  public:
   using LFrameworkApp::LFrameworkApp;
+
+  // What the system knows the program's windows by; a program of another name has one of its own.
+  static constexpr const char* kWindowClassName = "Varnok_DEVICE_FAMILY_NAME_String_FirmwareUpdater";
 
   // Asks for fine sleeps, which stay until Shutdown.
   TFRESULT Initialize() override {
     Platform::SetTimerResolution(true);
     if (Failed(RunApplicationStartup())) return kFailure;
     Register(GetApplicationCenter(), kAppExitRequest, 0);
+    BindExitKey();
     return kSuccess;
   }
 
@@ -28,6 +39,43 @@ class LApplicationBase : public LFrameworkApp {
     const TFRESULT result = LFrameworkApp::Shutdown();
     Platform::SetTimerResolution(false);
     return result;
+  }
+
+  // Finds the display that windows open on. Throws runtime_error, whose text names it, without one.
+  virtual void StartDisplay() {
+    Platform::WindowSystem& windowSystem = Platform::GetDesktop().GetWindowSystem();
+    StartWindowSystem(windowSystem);
+    mMessageLoop.SetWindowSystem(windowSystem, [this] { PostExitRequest(); });
+  }
+
+  // The main window with its top-level control, shown.
+  virtual TFRESULT OpenScreen() {
+    if (Failed(CreateMainWindow(GetRendererType()))) return kFailure;
+    const RCPtr<LRootWindow> root = mMainWindow->GetRootWindow();
+    if (Failed(root->SetTopControlByName(GetMainControlName()))) return kFailure;
+    ShowMainWindow(*mMainWindow, *this, T::kWindowClassName);
+    mMainWindow->BringToTop();
+    mSecondInstance.SetWindow(mMainWindow);
+    return kSuccess;
+  }
+
+  TFRESULT CreateMainWindow(std::int32_t rendererType) override {
+    mMainWindow =
+        MakeControlWindow(*this, mMessageLoop, OSWindow::Role::kMain, GetMainControlName(), rendererType);
+    return mMainWindow ? kSuccess : kFailure;
+  }
+
+  TFRESULT OpenRootWindow(const String& name) override { return OpenChildRootWindow(name, nullptr); }
+
+  TFRESULT OpenChildRootWindow(const String& name, const RCPtr<LRootWindow>& parent) override {
+    return OpenFurtherWindow(*this, mMessageLoop, name, parent);
+  }
+
+  // A later start hands its command line over: true when there is a window that takes it.
+  bool TakeCommandLine(const std::string& commandLine) {
+    if (!mSecondInstance.Take(commandLine)) return false;
+    mMessageLoop.Wake();
+    return true;
   }
 
   // An exit request that is not allowed at the moment is dropped.
@@ -52,6 +100,7 @@ class LApplicationBase : public LFrameworkApp {
 
  protected:
   void QuitMessageLoop() { mMessageLoop.PostQuit(0); }
+  void PostExitRequest() { GetApplicationCenter()->Post(LNotification::Create(kAppExitRequest, nullptr)); }
 
  private:
   // One idle period drains the queues at most this often before the loop goes on.
@@ -59,9 +108,21 @@ class LApplicationBase : public LFrameworkApp {
 
   bool OnIdle(std::int32_t count) {
     if (IsExitRequested()) return false;
+    DeliverCommandLines();
     return ProcessNotifications(count == 0) && count < kIdlePasses - 1;
   }
 
+  void BindExitKey() {
+    const KeyCode key = KeyCodeFromName(u"Alt+VKEY_F4");
+    if (!GetHotKeys()->HasKey(key)) GetHotKeys()->Bind(kAppExitRequest, key);
+  }
+
+  void DeliverCommandLines() {
+    for (const String& commandLine : mSecondInstance.Deliver()) OnSecondInstance(commandLine);
+  }
+
+  RCPtr<OSWindow> mMainWindow;
+  SecondInstance mSecondInstance;
   MessageLoop mMessageLoop{[this](std::int32_t count) { return OnIdle(count); }};
   std::uint32_t mLastTicks = Platform::MillisecondTicks();
   double mRunningSeconds = 0;

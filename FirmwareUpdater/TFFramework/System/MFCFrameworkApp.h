@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <exception>
+#include <iostream>
 #include <string>
 #include <utility>
 
@@ -11,6 +12,7 @@
 #include "TFFramework/Application/Startup.h"
 #include "TFFramework/ObjectBase/Exception.h"
 #include "TFFramework/Threads/Mutex.h"
+#include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
 namespace TF {
 
@@ -30,7 +32,7 @@ class MFCFrameworkApp : public LStartup {
  public:
   // commandLine is the whole line, program path included.
   explicit MFCFrameworkApp(String commandLine)
-      : mCommandLine(std::move(commandLine)), mInstanceLock(std::string(kWindowClassName) + "Prevent") {}
+      : mCommandLine(std::move(commandLine)), mInstanceLock(std::string(T::kWindowClassName) + "Prevent") {}
 
   // False when another instance with a window has taken the run over, or when the startup
   // failed; the user has been told then.
@@ -76,8 +78,6 @@ class MFCFrameworkApp : public LStartup {
   bool IsFirstInstance() const { return mFirstInstance; }
 
  private:
-  static constexpr const char* kWindowClassName = "Varnok_DEVICE_FAMILY_NAME_String_FirmwareUpdater";
-
   RCPtr<T> MakeApplication() {
     const MutexLock lock(mApplicationMutex);
     if (!mExitRequested) mApplication = MakeRC<T>(GetControlFactory(), mCommandLine);
@@ -89,12 +89,35 @@ class MFCFrameworkApp : public LStartup {
     const TFRESULT result = application.Initialize();
     if (IsSettledResult(result)) return HideSplash();
     ThrowIfFailed(result, "TF::MFCFrameworkApp<class LApplication>::Run");
+    if (!FindDisplay(application)) return HideSplash();
     LoadProgramResources();
     ThrowIfFailed(application.TakeDocuments(), "TF::MFCFrameworkApp<class LApplication>::Run");
     application.OnStarted(mCommandLine);
     ThrowIfFailed(application.OpenScreen(), "TF::MFCFrameworkApp<class LApplication>::Run");
     HideSplash();
+    ServeLaterStarts();
     application.Run();
+    mInstanceLock.StopServing();
+  }
+
+  // A program that cannot show anything says so where it can.
+  bool FindDisplay(T& application) {
+    try {
+      application.StartDisplay();
+      return true;
+    } catch (const std::runtime_error& error) {
+      LogRecord(error.what());
+      std::cerr << error.what() << std::endl;
+      return false;
+    }
+  }
+
+  void ServeLaterStarts() {
+    if (!mFirstInstance) return;
+    mInstanceLock.Serve([this](const std::string& commandLine) {
+      const MutexLock lock(mApplicationMutex);
+      return mApplication && mApplication->TakeCommandLine(commandLine);
+    });
   }
 
   const String mCommandLine;

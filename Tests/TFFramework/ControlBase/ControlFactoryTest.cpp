@@ -1,4 +1,5 @@
 #include "TFFramework/ControlBase/ControlFactory.h"
+#include "TFFramework/Renderer/Renderer.h"
 
 #include <fmt/format.h>
 
@@ -116,12 +117,12 @@ TEST_F(ControlFactoryTest, ALayoutChangedAtRunTimeLeavesTheSkinAsItIs) {
 
 TEST_F(ControlFactoryTest, TheWindowGoesToTheTopControlAndIsFoundFromBelow) {
   LoadSkin(kTree);
-  const auto window = MakeRC<LRootWindow>();
+  const auto window = MakeRC<LRootWindow>(nullptr, nullptr);
   const auto main = Create(u"main", window);
   EXPECT_EQ(main->GetRootWindow(), window);
   const RCPtr<LControl> child = main->GetChild(0);
   EXPECT_EQ(child->GetRootWindow(), window);
-  EXPECT_EQ(child->SetRootWindow(MakeRC<LRootWindow>()), kFailure);
+  EXPECT_EQ(child->SetRootWindow(MakeRC<LRootWindow>(nullptr, nullptr)), kFailure);
   EXPECT_EQ(child->GetRootWindow(), window);
 }
 

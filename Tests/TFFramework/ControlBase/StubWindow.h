@@ -7,13 +7,16 @@
 
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/ControlWindow.h"
+#include "TFFramework/Renderer/Renderer.h"
 
 namespace TF {
 
 // A window without a screen. It writes down what its controls ask for, and hands events to them in the
 // simplest way: the mouse to who has captured it or lies under it, keys to the focus.
-class StubWindow : public LRootWindow, public IControlWindow {
+class StubWindow : public LRootWindow {
  public:
+  StubWindow() : LRootWindow(nullptr, nullptr) {}
+
   void SetTitle(const String& title) override { mAsked.push_back("title " + ToUtf8(title)); }
   void SetClientSize(const SizeT<std::int32_t>& size) override {
     mAsked.push_back("size " + std::to_string(size.mWidth) + " " + std::to_string(size.mHeight));

@@ -45,7 +45,8 @@ class LTestApp : public TF::LApplicationBase<LTestApp> {
     const TFRESULT result = LApplicationBase<LTestApp>::Initialize();
     return TF::Failed(result) ? result : gInitializeResult;
   }
-  TFRESULT OpenScreen() {
+  void StartDisplay() override {}
+  TFRESULT OpenScreen() override {
     Note("screen");
     return kSuccess;
   }
@@ -125,13 +126,14 @@ TEST_F(Application, FailedStartIsReportedAndEndsInOrder) {
   EXPECT_EQ(gSteps, Texts({"made", "startup", "initialize", "shutdown", "gone"}));
 }
 
+// What goes on, such as an update, goes on in the loop until the program may end.
 TEST_F(Application, ExceptionInTheLoopIsReportedAndAsksForTheExit) {
   LTestApp::gThrowInLoop = true;
   testing::internal::CaptureStderr();
   mApp.Run();
   EXPECT_NE(testing::internal::GetCapturedStderr().find("Error: "), std::string::npos);
   EXPECT_EQ(gSteps, Texts({"made", "startup", "initialize", "started", "screen", "before loop", "loop",
-                           "asked", "shutdown", "gone"}));
+                           "loop", "asked", "shutdown", "gone"}));
 }
 
 TEST_F(Application, RequestsBeforeTheStartLeaveNothingToRun) {

@@ -36,7 +36,8 @@ class LShortApp : public TF::LApplicationBase<LShortApp> {
     if (gSettled) return TF::kRunSettled;
     return gFailed ? TF::kFailure : result;
   }
-  TFRESULT OpenScreen() {
+  void StartDisplay() override {}
+  TFRESULT OpenScreen() override {
     if (gLook) gLook(*this);
     return TF::kSuccess;
   }

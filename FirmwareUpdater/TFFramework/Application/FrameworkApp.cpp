@@ -235,10 +235,15 @@ void LFrameworkApp::ReportStartupError(const char* why, const RCPtr<LStringTable
     strings->GetString(u"STARTUP_ERROR_CAPTION", caption);
   }
   LFrameworkApp* const application = instance;
-  if (application && application->GetWindowSystem())
-    application->MessageBox(text, caption, MessageBoxFlag::kIconError);
-  else
-    std::cerr << ToUtf8(caption) << ": " << ToUtf8(text) << std::endl;
+  try {
+    if (application && application->GetWindowSystem()) {
+      application->MessageBox(text, caption, MessageBoxFlag::kIconError);
+      return;
+    }
+  } catch (const std::exception& exception) {
+    LogRecord(exception.what());
+  }
+  std::cerr << ToUtf8(caption) << ": " << ToUtf8(text) << std::endl;
 }
 
 String GetApplicationString(const String& key) {

@@ -206,15 +206,16 @@ void LControl::CountUnclipped(std::int32_t change) {
     control->mUnclippedCount += change;
 }
 
+// What sticks out of the parent comes or goes.
 TFRESULT LControl::SetClipToParent(bool clip) {
   if (mLayout->ClipToParent == clip) return kNothingDone;
-  if (!clip) Invalidate({0, 0, mBounds.mWidth, mBounds.mHeight}, true);
+  InvalidateFrame();
   mLayout->ClipToParent = clip;
   if (mParent && mLayoutIndex >= 0) {
     mParent->CountUnclipped(clip ? -1 : 1);
     mParent->mChildren.Touch();
   }
-  if (clip) Invalidate({0, 0, mBounds.mWidth, mBounds.mHeight}, true);
+  InvalidateFrame();
   return kSuccess;
 }
 

@@ -42,11 +42,7 @@ class LApplicationBase : public LFrameworkApp {
   }
 
   // Finds the display that windows open on. Throws runtime_error, whose text names it, without one.
-  virtual void StartDisplay() {
-    Platform::WindowSystem& windowSystem = Platform::GetDesktop().GetWindowSystem();
-    StartWindowSystem(windowSystem);
-    mMessageLoop.SetWindowSystem(windowSystem, [this] { PostExitRequest(); });
-  }
+  virtual void StartDisplay() { UseDisplay(Platform::GetDesktop().GetWindowSystem()); }
 
   // The main window with its top-level control, shown.
   virtual TFRESULT OpenScreen() {
@@ -87,7 +83,14 @@ class LApplicationBase : public LFrameworkApp {
     if (exitRequest) QuitMessageLoop();
   }
 
-  std::int32_t RunMessageLoop() override { return mMessageLoop.Run(); }
+  // All windows are gone when it returns, the main window last.
+  std::int32_t RunMessageLoop() override {
+    const std::int32_t status = mMessageLoop.Run();
+    mSecondInstance.SetWindow(nullptr);
+    CloseWindows(*this);
+    mMainWindow = nullptr;
+    return status;
+  }
 
   double GetTime() override {
     const std::uint32_t now = Platform::MillisecondTicks();
@@ -99,6 +102,10 @@ class LApplicationBase : public LFrameworkApp {
   std::uint32_t GetTickCount() override { return Platform::MillisecondTicks(); }
 
  protected:
+  void UseDisplay(Platform::WindowSystem& windowSystem) {
+    StartWindowSystem(windowSystem);
+    mMessageLoop.SetWindowSystem(windowSystem, [this] { PostExitRequest(); });
+  }
   void QuitMessageLoop() { mMessageLoop.PostQuit(0); }
   void PostExitRequest() { GetApplicationCenter()->Post(LNotification::Create(kAppExitRequest, nullptr)); }
 

@@ -128,9 +128,12 @@ TFRESULT OSWindow::ClientToScreen(PointT<std::int32_t>& result, const PointT<std
   return kSuccess;
 }
 
-// The display tells of the new size later; what is painted until then has it already.
+// The display tells of the new size later; what is painted until then has it already. A size that the
+// display has given is not changed while the controls take it over: that would go on for ever where the
+// display insists.
 TFRESULT OSWindow::SetClientRect(const RectT<std::int32_t>& rect) {
   if (!mWindow) return kFailure;
+  if (mIsResizing) return kNothingDone;
   mWindow->SetClientRect({rect.mX, rect.mY, rect.mWidth, rect.mHeight});
   const Platform::PixelRect client = mWindow->GetClientRect();
   OnResize({client.mWidth, client.mHeight});

@@ -99,6 +99,7 @@ class OSWindow : public virtual LRefCountedObject,
   void OnDisplayChange() override;
   void OnPaint() override;
 
+  void TakeSize(const SizeT<std::int32_t>& client);
   void StoreNormalRect();
   void StorePoint(const Platform::PixelPoint& point);
   void SendKey(const KeyCode& key);
@@ -123,6 +124,7 @@ class OSWindow : public virtual LRefCountedObject,
   std::array<std::int32_t, 2> mWheelRemainder{};
   bool mIsModal = false;
   bool mIsPainting = false;
+  bool mIsResizing = false;
   std::int32_t mModalResult = 0;
   bool mWasOffWorkArea = false;
   bool mCorrectedSize = false;  // The last size that broke the limits was corrected.

@@ -112,11 +112,23 @@ void OSWindow::OnResize(const Platform::PixelSize& client) {
   mRenderContext->mRect = {0, 0, client.mWidth, client.mHeight};
   if (mWindow->IsMinimized()) return;
   const RCPtr<OSWindow> self(this);
-  mRootWindow->ProcessSize({client.mWidth, client.mHeight});
+  TakeSize({client.mWidth, client.mHeight});
   if (!mRootWindow) return;
   StoreNormalRect();
   mRootWindow->InvalidateAll();
   HoldSizeLimits(client);
+}
+
+void OSWindow::TakeSize(const SizeT<std::int32_t>& client) {
+  const RCPtr<LRootWindow> root = mRootWindow;
+  const bool wasResizing = std::exchange(mIsResizing, true);
+  try {
+    root->ProcessSize(client);
+  } catch (...) {
+    mIsResizing = wasResizing;
+    throw;
+  }
+  mIsResizing = wasResizing;
 }
 
 void OSWindow::StoreNormalRect() {

@@ -22,13 +22,14 @@ bool SecondInstance::Take(const std::string& commandLine) {
 
 std::vector<String> SecondInstance::Deliver() {
   mIsReachable = IsReachable();
+  std::vector<String> commandLines;
+  if (!mIsReachable) return commandLines;
   std::vector<std::string> taken;
   {
     const MutexLock lock(mMutex);
     taken = std::exchange(mTaken, {});
   }
-  std::vector<String> commandLines;
-  if (taken.empty() || !mIsReachable) return commandLines;
+  if (taken.empty()) return commandLines;
   Platform::Window& window = *mWindow->GetPlatformWindow();
   if (window.IsMinimized()) window.Show(Platform::WindowShow::kRestore);
   window.Raise();

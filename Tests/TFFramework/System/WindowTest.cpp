@@ -1,0 +1,344 @@
+#include "TFFramework/System/OSWindow.h"
+
+#include <stdexcept>
+
+#include "TFFramework/ControlBase/CancelArgs.h"
+#include "TFFramework/ControlBase/WaitCursor.h"
+#include "TFFramework/Notification/Notification.h"
+#include "TFFramework/System/WindowPlacement.h"
+#include "Tests/TFFramework/System/WindowFixture.h"
+
+namespace TF {
+namespace {
+
+using Platform::PixelRect;
+
+class WindowTest : public WindowFixture {
+ protected:
+  OSWindow& Service() { return *dynamic_cast<OSWindow*>(Root()->GetServices()); }
+};
+
+TEST_F(WindowTest, OpensInTheSizeOfTheSkinWhereTheLayoutPutsIt) {
+  MakeWindow(
+      "XSizeAbs='200' YSizeAbs='100' XPlacementAnchor='0.5' XPositionToControl='Screen' XPositionRel='0.5' "
+      "YPlacementAnchor='1' YPositionToControl='Screen' YPositionRel='1'",
+      "");
+  EXPECT_EQ(Window().mDescription.mClient.mWidth, 200);
+  EXPECT_EQ(Window().mDescription.mClient.mHeight, 100);
+  EXPECT_EQ(Window().mClient, (PixelRect{400, 700, 200, 100}));
+  EXPECT_EQ(Window().mDescription.mTitle, "Company");
+  EXPECT_TRUE(Window().mIsVisible);
+  EXPECT_EQ(Main()->GetBounds(), (RectT<double>{0, 0, 200, 100}));
+}
+
+TEST_F(WindowTest, WithoutItsControlOrAWindowThereIsNoScreen) {
+  MakeApplication("<SubControl Class='Probe' Name='other'/>");
+  EXPECT_THROW(mApplication->OpenScreen(), std::runtime_error);
+  MakeApplication("<SubControl Class='Probe' Name='mainControl'/>");
+  mSystem.mRefusesWindows = true;
+  EXPECT_TRUE(Failed(mApplication->OpenScreen()));
+  EXPECT_EQ(mApplication->GetRootWindows().GetCount(), 0);
+}
+
+TEST_F(WindowTest, PaintsWhatChangedAndNothingElse) {
+  Child(u"b")->Invalidate({10, 20, 5, 6}, true);
+  Root()->InvalidateRect({-50, -50, 60, 60});
+  Root()->InvalidateRect({900, 0, 10, 10});
+  mSystem.DispatchPaints();
+  EXPECT_EQ(TakeLog(), Texts({"mainControl paint", "mainControl paint", "a paint", "b paint"}));
+  EXPECT_EQ(Window().mPresented.size(), 2U);
+  std::int32_t area = 0;
+  for (const PixelRect& rect : Window().mPresented) area += rect.mWidth * rect.mHeight;
+  EXPECT_EQ(area, 5 * 6 + 10 * 10);
+  mSystem.DispatchPaints();
+  EXPECT_EQ(TakeLog(), Texts());
+}
+
+TEST_F(WindowTest, AnExposureShowsThePictureAgainAndPaintsNothing) {
+  Listener().OnExpose();
+  EXPECT_EQ(Window().mPresented, (std::vector<PixelRect>{{0, 0, 400, 300}}));
+  EXPECT_EQ(TakeLog(), Texts());
+}
+
+TEST_F(WindowTest, APaintThatThrowsIsMadeUpForByTheNext) {
+  WindowProbe::gAct = [](WindowProbe&, const std::string& told) {
+    if (told == "a paint") throw std::runtime_error("paint");
+  };
+  Root()->InvalidateAll();
+  EXPECT_THROW(mSystem.DispatchPaints(), std::runtime_error);
+  WindowProbe::gAct = nullptr;
+  TakeLog();
+  Child(u"b")->InvalidateFrame();
+  mSystem.DispatchPaints();
+  EXPECT_EQ(TakeLog(), Texts({"mainControl paint", "a paint", "b paint"}));
+}
+
+TEST_F(WindowTest, APaintInsideAPaintComesAfterIt) {
+  bool once = true;
+  WindowProbe::gAct = [&](WindowProbe&, const std::string& told) {
+    if (told == "a paint" && std::exchange(once, false)) {
+      EXPECT_EQ(Service().RedrawNow(), kSuccess);
+    }
+  };
+  Root()->InvalidateAll();
+  mSystem.DispatchPaints();
+  EXPECT_EQ(TakeLog(), Texts({"mainControl paint", "a paint", "b paint"}));
+  mSystem.DispatchPaints();
+  EXPECT_EQ(TakeLog(), Texts({"mainControl paint", "a paint", "b paint"}));
+}
+
+TEST_F(WindowTest, RedrawNowPaintsBeforeItReturnsAndHandsOutNoInput) {
+  mSystem.mInput.push_back([] { FAIL(); });
+  EXPECT_EQ(Service().RedrawNow(), kSuccess);
+  EXPECT_EQ(TakeLog(), Texts({"mainControl paint", "a paint", "b paint"}));
+  mSystem.mInput.clear();
+}
+
+// One below the other, with the higher one painted later, and a floating one inside a floating one.
+TEST_F(WindowTest, FloatingControlsArePaintedLastOnceAndInTheirOrder) {
+  MakeWindow(
+      "XSizeAbs='400' YSizeAbs='300'",
+      Box("low", "ClipToParent='False' Z_Order='1' XSizeAbs='50' YSizeAbs='50'",
+          Box("inner", "ClipToParent='False' Z_Order='2' XPositionAbs='60' XSizeAbs='9' YSizeAbs='9'")) +
+          Box("high", "ClipToParent='False' Z_Order='5' XSizeAbs='50' YSizeAbs='50'") +
+          Box("panel", "XSizeAbs='20' YSizeAbs='20'",
+              Box("tip", "ClipToParent='False' Z_Order='3' XPositionAbs='30' XSizeAbs='9' YSizeAbs='9'")));
+  Root()->InvalidateAll();
+  mSystem.DispatchPaints();
+  EXPECT_EQ(TakeLog(), Texts({"mainControl paint", "panel paint", "low paint", "inner paint", "tip paint",
+                              "high paint"}));
+}
+
+TEST_F(WindowTest, ANewSizeLaysOutTheTreeAndPaintsItAnew) {
+  Window().mClient = {50, 60, 500, 200};
+  Listener().OnResize({500, 200});
+  EXPECT_EQ(Main()->GetBounds(), (RectT<double>{0, 0, 500, 200}));
+  mSystem.DispatchPaints();
+  EXPECT_EQ(Window().mPresented, (std::vector<PixelRect>{{0, 0, 500, 200}}));
+  Window().mIsMinimized = true;
+  Listener().OnResize({1, 1});
+  EXPECT_EQ(Main()->GetBounds().mWidth, 500);
+}
+
+TEST_F(WindowTest, TellsTheDisplayTheLimitsOfTheSkinAndCorrectsASizeOnce) {
+  MakeWindow("XSizeAbs='400' XMinSizeAbs='200' XMaxSizeAbs='500' YSizeAbs='300' YMinSizeAbs='100'", "");
+  EXPECT_EQ(Window().mMinimum, (Platform::PixelSize{200, 100}));
+  EXPECT_EQ(Window().mMaximum, (Platform::PixelSize{500, 0}));
+  Window().mCalls.clear();
+  for (int i = 0; i < 3; ++i) {
+    Window().mClient = {0, 0, 100, 50};
+    Listener().OnResize({100, 50});
+  }
+  EXPECT_EQ(Window().mCalls, Texts({"client rect"}));
+  Listener().OnResize({300, 200});
+  Listener().OnResize({1, 1});
+  EXPECT_EQ(Window().mCalls, Texts({"client rect", "client rect"}));
+}
+
+TEST_F(WindowTest, AWindowOfOnePixelStillPaints) {
+  Window().mClient = {0, 0, 1, 1};
+  Listener().OnResize({1, 1});
+  mSystem.DispatchPaints();
+  EXPECT_EQ(Window().mPresented, (std::vector<PixelRect>{{0, 0, 1, 1}}));
+}
+
+TEST_F(WindowTest, TheFrameOfTheMainWindowAsksTheApplicationAndOthersCloseThemselves) {
+  ASSERT_EQ(mApplication->OpenRootWindow(u"dialog"), kSuccess);
+  ASSERT_EQ(mSystem.mWindows.size(), 2U);
+  Listener(1).OnCloseRequest();
+  EXPECT_EQ(mSystem.mWindows.size(), 2U);  // Not inside the event.
+  mApplication->ProcessNotifications(true);
+  EXPECT_EQ(mSystem.mWindows.size(), 1U);
+  mApplication->mExitAllowed = false;
+  Listener().OnCloseRequest();
+  mApplication->ProcessNotifications(true);
+  EXPECT_FALSE(mApplication->IsExitRequested());
+  mApplication->mExitAllowed = true;
+  Listener().OnCloseRequest();
+  mApplication->ProcessNotifications(true);
+  EXPECT_TRUE(mApplication->IsExitRequested());
+  EXPECT_EQ(mSystem.mWindows.size(), 1U);  // The loop's end closes it.
+  EXPECT_EQ(mApplication->Run(), kSuccess);
+  EXPECT_TRUE(mSystem.mWindows.empty());
+}
+
+TEST_F(WindowTest, ADialogMayRefuseToClose) {
+  class Refuser : public virtual LNotificationClient {
+   public:
+    void OnNotification(const RCPtr<LNotificationDistributor>&,
+                        const RCPtr<LNotification>& notification) override {
+      if (const RCPtr<LCancelArgs> args = notification->GetData()) args->mCancel = mRefuses;
+      ++mHeard;
+    }
+    bool mRefuses = true;
+    int mHeard = 0;
+  };
+  mApplication->OpenRootWindow(u"dialog");
+  const RCPtr<LDialog> dialog = mApplication->GetRootWindows()[1]->GetTopControl();
+  const auto refuser = MakeRC<Refuser>();
+  refuser->Register(RCPtr<LNotificationDistributor>(dialog), u"NID_DIALOG_CLOSING");
+  refuser->Register(RCPtr<LNotificationDistributor>(dialog), u"NID_DIALOG_CLOSED");
+  Listener(1).OnCloseRequest();
+  mApplication->ProcessNotifications(true);
+  EXPECT_EQ(mSystem.mWindows.size(), 2U);
+  EXPECT_EQ(refuser->mHeard, 1);
+  refuser->mRefuses = false;
+  Listener(1).OnCloseRequest();
+  EXPECT_EQ(dialog->GetResult(), LDialog::kCancelled);
+  mApplication->ProcessNotifications(true);
+  EXPECT_EQ(mSystem.mWindows.size(), 1U);
+  EXPECT_EQ(refuser->mHeard, 3);
+}
+
+TEST_F(WindowTest, AModalWindowKeepsItsParentFromTheUserUntilItEnds) {
+  mApplication->OpenChildRootWindow(u"dialog", Root());
+  const RCPtr<LRootWindow> dialog = mApplication->GetRootWindows()[1];
+  bool wasEnabled = true;
+  mSystem.mWaits = {[&] {
+    wasEnabled = Window().mIsEnabled;
+    EXPECT_FALSE(mApplication->TakeCommandLine("late"));
+    dialog->RequestEnd(17);
+    mSystem.Wake();
+  }};
+  EXPECT_EQ(dialog->GetServices()->RunModal(), 17);
+  EXPECT_FALSE(wasEnabled);
+  EXPECT_TRUE(Window().mIsEnabled);
+  EXPECT_EQ(Window().mCalls.back(), "raise");
+  EXPECT_EQ(mSystem.mWindows.size(), 1U);
+}
+
+TEST_F(WindowTest, AQuitEndsAModalLoopAndTheMainLoopBehindIt) {
+  mApplication->OpenChildRootWindow(u"dialog", Root());
+  const RCPtr<LRootWindow> dialog = mApplication->GetRootWindows()[1];
+  mSystem.mWaits = {[&] {
+    mSystem.mQuitRequest = true;
+    mSystem.Wake();
+  }};
+  EXPECT_EQ(dialog->GetServices()->RunModal(), kModalQuit);
+  EXPECT_EQ(mApplication->RunMessageLoop(), 0);
+  EXPECT_TRUE(mSystem.mWindows.empty());
+}
+
+TEST_F(WindowTest, TheLoopIdlesTheControlsThatWantIt) {
+  Child(u"a")->AddIdleUser();
+  mSystem.mWaits = {[this] {
+    Child(u"a")->RemoveIdleUser();
+    mApplication->GetApplicationCenter()->Post(LNotification::Create(kAppExitRequest, nullptr));
+    mSystem.Wake();
+  }};
+  mApplication->Run();
+  const Texts log = TakeLog();
+  EXPECT_EQ(std::count(log.begin(), log.end(), "a idle"), 2);  // Before the loop and in it.
+}
+
+TEST_F(WindowTest, ALaterStartBringsTheWindowToTheFront) {
+  Window().mIsMinimized = true;
+  EXPECT_TRUE(mApplication->TakeCommandLine("program -X"));
+  EXPECT_TRUE(mApplication->TakeCommandLine(""));
+  mSystem.mWaits = {[this] {
+    EXPECT_FALSE(Window().mIsMinimized);
+    mApplication->GetApplicationCenter()->Post(LNotification::Create(kAppExitRequest, nullptr));
+    mSystem.Wake();
+  }};
+  mApplication->Run();
+  EXPECT_EQ(mApplication->mSecondInstances, Texts({"program -X"}));
+  EXPECT_FALSE(mApplication->TakeCommandLine("too late"));
+}
+
+TEST_F(WindowTest, ComesBackToWhereItWasAsFarAsTheScreenReaches) {
+  struct Case {
+    PixelRect mLeft;
+    PixelRect mWorkArea;
+    PixelRect mFound;
+  };
+  for (const Case& each : {Case{{300, 200, 500, 400}, {0, 0, 1000, 800}, {300, 200, 500, 400}},
+                           {{900, 700, 400, 300}, {0, 0, 1000, 800}, {600, 500, 400, 300}},
+                           {{-50, -60, 400, 300}, {0, 0, 1000, 800}, {0, 0, 400, 300}},
+                           {{10, 10, 900, 700}, {20, 30, 640, 480}, {20, 30, 640, 480}}}) {
+    Window().mClient = each.mLeft;
+    Listener().OnResize({each.mLeft.mWidth, each.mLeft.mHeight});
+    mSystem.mWorkArea = each.mWorkArea;
+    MakeWindow("XSizeAbs='400' YSizeAbs='300'", "");
+    EXPECT_EQ(Window().mClient, each.mFound);
+  }
+  Window().mIsMaximized = true;
+  Listener().OnResize({2000, 1000});
+  MakeWindow("XSizeAbs='400' YSizeAbs='300'", "");
+  EXPECT_TRUE(Window().mIsMaximized);
+  EXPECT_EQ(Window().mClient, (PixelRect{20, 30, 640, 480}));
+}
+
+TEST(WindowPlacementTest, RefusesRecordsThatAreNone) {
+  WindowPlacement placement{WindowPlacement::State::kMaximized, {-5, 7, 300, 200}};
+  const auto record = placement.Encode();
+  const auto read = WindowPlacement::Decode(record);
+  ASSERT_TRUE(read);
+  EXPECT_EQ(read->mState, WindowPlacement::State::kMaximized);
+  EXPECT_EQ(read->mNormal, placement.mNormal);
+  EXPECT_FALSE(WindowPlacement::Decode({record.data(), 43}));
+  for (const std::size_t byte : {0U, 31U, 35U, 39U, 43U}) {
+    auto damaged = record;
+    damaged[byte] = 0x7F;
+    EXPECT_FALSE(WindowPlacement::Decode(damaged)) << byte;
+  }
+  placement.mNormal.mWidth = 0;
+  EXPECT_FALSE(WindowPlacement::Decode(placement.Encode()));
+}
+
+TEST(FrameStyleTest, FollowsTheLimitsOfTheTopControl) {
+  const LayoutLimit none;
+  const LayoutLimit fixed{false, u"", 0, 100};
+  const LayoutLimit more{false, u"", 0, 200};
+  const LayoutLimit named{true, u"Children", 0, 0};
+  struct Case {
+    LayoutLimit mMinimum;
+    LayoutLimit mMaximum;
+    WindowFrameStyle mStyle;
+  };
+  for (const Case& each : {Case{none, none, {true, true}},
+                           {fixed, none, {true, true}},
+                           {fixed, more, {true, false}},
+                           {fixed, fixed, {false, false}},
+                           {named, named, {false, false}},
+                           {fixed, named, {true, false}}}) {
+    LayoutValues layout;
+    for (const LayoutAxis axis : {LayoutAxis::kX, LayoutAxis::kY}) {
+      layout.Axis(axis).mMinimum = each.mMinimum;
+      layout.Axis(axis).mMaximum = each.mMaximum;
+    }
+    EXPECT_EQ(FrameStyleOf(layout), each.mStyle);
+  }
+}
+
+TEST_F(WindowTest, CursorsOfSkinsAreShownAndThoseWithoutOneAreTheArrow) {
+  EXPECT_EQ(mApplication->GetCursorHandle(u"UI_CURSOR_ARROW"), 100U);
+  EXPECT_EQ(mApplication->GetCursorHandle(u"UI_CURSOR_HELP"), 113U);
+  for (const char16_t* name : {u"UI_CURSOR_ROTATE", u"UI_CURSOR_DROP_MOVE", u"", u"ui_cursor_arrow"})
+    EXPECT_EQ(mApplication->GetCursorHandle(name), 0U);
+  mSystem.mCursors.clear();
+  {
+    const LWaitCursor wait(u"Busy");
+    EXPECT_EQ(mSystem.mCursors, (std::vector<Platform::CursorId>{102}));
+  }
+  Root()->SetCursor(113);
+  Root()->SetCursor(113);
+  EXPECT_EQ(mSystem.mCursors.back(), 113U);
+  EXPECT_EQ(mSystem.mCursors.size(), 3U);
+  Root()->SetCursor(0);
+  EXPECT_EQ(mSystem.mCursors.back(), 100U);
+}
+
+TEST_F(WindowTest, FaultsInTheLoopAreShownAndTheLoopGoesOnUntilTheProgramMayEnd) {
+  mApplication->mExitAllowed = false;
+  mSystem.mInput.push_back([] { throw std::runtime_error("in a handler"); });
+  mSystem.mWaits = {[this] { mApplication->mExitAllowed = true; },
+                    [this] { mSystem.mInput.push_back([] { throw 5; }); }};
+  mApplication->Run();
+  ASSERT_EQ(mSystem.mMessages.size(), 2U);
+  EXPECT_EQ(mSystem.mMessages[0].mCaption, "Error");
+  EXPECT_EQ(mSystem.mMessages[0].mIcon, Platform::MessageIcon::kError);
+  EXPECT_TRUE(mSystem.mWindows.empty());
+}
+
+}  // namespace
+}  // namespace TF

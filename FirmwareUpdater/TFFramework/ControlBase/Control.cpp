@@ -191,13 +191,13 @@ TFRESULT LControl::DestroyChildLater(const RCPtr<LControl>& child) {
 }
 
 void LControl::DestroyDoomedChildren() {
-  if (mDoomedChildren.GetCount() == 0) return;
   while (mDoomedChildren.GetCount() > 0) {
     RCPtr<LControl> child;
     mDoomedChildren.RemoveItem(0, child);
+    // Before the last one goes, which may doom others, or throw.
+    if (mDoomedChildren.GetCount() == 0) RemoveIdleUser();
     child->Destroy();
   }
-  RemoveIdleUser();
 }
 
 void LControl::CountUnclipped(std::int32_t change) {

@@ -428,6 +428,7 @@ class LControl : public virtual LNotificationClient,
   PointT<double> mDragStartPosAbs;
   PointT<double> mDragStartSizeAbs;
   PointT<double> mDragDelta;
+  bool mDragHasBegun = false;  // OnDragBegin ran, OnDragEnd is still to come.
   bool mDragWasFloating = false;
   std::array<bool, kAxisCount> mDragKeptDocked{};
   RCPtr<LControl> mDropTarget;

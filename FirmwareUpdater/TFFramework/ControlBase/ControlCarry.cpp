@@ -113,7 +113,7 @@ void LControl::LandDrag() {
   const RCPtr<LControl> target = std::exchange(mDropTarget, nullptr);
   if (!target) return;
   target->StopScrollFor(*this);
-  target->PerformDrop(held);
+  if (!mDestroyed && !target->mDestroyed) target->PerformDrop(held);
   target->OnDropLeave(held);
 }
 

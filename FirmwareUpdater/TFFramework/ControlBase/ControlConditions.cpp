@@ -1,5 +1,7 @@
 #include "TFFramework/ControlBase/Control.h"
 
+#include <utility>
+
 namespace TF {
 
 namespace {
@@ -86,11 +88,15 @@ void LControl::UpdateConditions() {
   mConditions->mWidth = mBounds.mWidth;
   mConditions->mHeight = mBounds.mHeight;
   ShowCursorFor(previous, current);
-  if (mDragMode != DragMode::kNone && Fell(previous, current, Bits::kLeftDrag)) OnDragEnd();
+  if (Fell(previous, current, Bits::kLeftDrag) && std::exchange(mDragHasBegun, false)) OnDragEnd();
   OnConditionChange(mConditions);
   SendConditionNotifications(previous ^ current);
   if (mDestroyed && !wasDestroyed) return;
-  if (mDragMode != DragMode::kNone && Rose(previous, current, Bits::kLeftDrag)) OnDragBegin();
+  // Whoever was told may have ended the drag.
+  if (Rose(previous, current, Bits::kLeftDrag) && IsDragging()) {
+    mDragHasBegun = true;
+    OnDragBegin();
+  }
   if (MovesUnderMouse(previous, current)) RepeatHitTest();
   if ((previous ^ current) & (Bits::kEnabled | Bits::kShown)) UpdateConditionsBelow();
 }

@@ -13,7 +13,7 @@ class ClockApplication : public TF::LFrameworkApp {
   TF::String GetProductVersion() override { return u""; }
   std::uint32_t GetLanguage() override { return 0; }
   TF::RCPtr<TF::LRenderer> GetRenderer() override { return mRenderer; }
-  double GetTime() override { return 0; }
+  double GetTime() override { return mTime; }
   std::uint32_t GetTickCount() override { return mTicks; }
   bool ProcessNotifications(bool) override { return false; }
   TFRESULT Initialize() override { return TF::kSuccess; }
@@ -21,5 +21,6 @@ class ClockApplication : public TF::LFrameworkApp {
   bool IsExitAllowed() override { return true; }
 
   std::uint32_t mTicks = 0xFFFFFF00;  // About to wrap around.
+  double mTime = 0;                   // Seconds.
   TF::RCPtr<TF::LRenderer> mRenderer;
 };

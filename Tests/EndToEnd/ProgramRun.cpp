@@ -103,7 +103,15 @@ bool ProgramRun::ReadMore() {
 }
 
 bool ProgramRun::WaitForError(const std::string& text) {
-  while (mErrors.find(text) == std::string::npos) {
+  return WaitFor(mErrors, text);
+}
+
+bool ProgramRun::WaitForOutput(const std::string& text) {
+  return WaitFor(mOutput, text);
+}
+
+bool ProgramRun::WaitFor(const std::string& where, const std::string& text) {
+  while (where.find(text) == std::string::npos) {
     if (!ReadMore()) return false;
   }
   return true;

@@ -33,6 +33,8 @@ class ProgramRun {
   // Reads standard error until text has appeared there; false when the program has ended or
   // the limit has passed without it.
   bool WaitForError(const std::string& text);
+  // The same with standard output.
+  bool WaitForOutput(const std::string& text);
   // Exit status; 128 and the signal's number for a program that a signal ended.
   int Wait();
 
@@ -41,6 +43,7 @@ class ProgramRun {
 
  private:
   bool ReadMore();
+  bool WaitFor(const std::string& where, const std::string& text);
 
   pid_t mProcess = -1;
   int mOutputPipe = -1;

@@ -2,7 +2,9 @@
 
 #include <SDL.h>
 
+#include <algorithm>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "Platform/Desktop/SdlNative.h"
@@ -37,8 +39,7 @@ SdlWindow::SdlWindow(SdlWindowSystem& system, const WindowDescription& descripti
   if (!mWindow) Fail("cannot create a window");
   const PixelRect created = GetClientRect();
   mToldSize = {created.mWidth, created.mHeight};
-  // A position at creation would place the frame.
-  if (description.mHasPosition && IsOnX11()) SDL_SetWindowPosition(mWindow.get(), client.mX, client.mY);
+  if (description.mHasPosition) Place({client.mX, client.mY});
   const auto* const parent = dynamic_cast<const SdlWindow*>(description.mParent);
   if (parent && SDL_SetWindowModalFor(mWindow.get(), parent->mWindow.get()) != 0)
     Fail("cannot put a window above its parent");
@@ -99,7 +100,7 @@ PixelRect SdlWindow::GetFrameRect() const {
 
 void SdlWindow::SetClientRect(const PixelRect& rect) {
   SDL_SetWindowSize(mWindow.get(), std::max(rect.mWidth, 1), std::max(rect.mHeight, 1));
-  if (IsOnX11()) SDL_SetWindowPosition(mWindow.get(), rect.mX, rect.mY);
+  Place({rect.mX, rect.mY});
 }
 
 void SdlWindow::SetSizeLimits(const PixelSize& minimum, const PixelSize& maximum) {
@@ -115,6 +116,11 @@ void SdlWindow::Show(WindowShow command) {
     return;
   }
   SDL_ShowWindow(mWindow.get());
+  if (mPlaceToTake) {
+    // By this SDL learns how thick the frame is, which stands around the place so far.
+    SDL_PumpEvents();
+    Place(*std::exchange(mPlaceToTake, std::nullopt));
+  }
   if (command == WindowShow::kMinimize) SDL_MinimizeWindow(mWindow.get());
   if (command == WindowShow::kMaximize) SDL_MaximizeWindow(mWindow.get());
   if (command == WindowShow::kRestore) SDL_RestoreWindow(mWindow.get());
@@ -172,6 +178,13 @@ bool SdlWindow::TakeExposure() {
   const bool exposed = mIsExposed;
   mIsExposed = false;
   return exposed;
+}
+
+// A hidden window has no frame yet, and the frame would take the place.
+void SdlWindow::Place(const PixelPoint& corner) {
+  if (!IsOnX11()) return;
+  SDL_SetWindowPosition(mWindow.get(), corner.mX, corner.mY);
+  if (!IsVisible()) mPlaceToTake = corner;
 }
 
 bool SdlWindow::HasFlag(std::uint32_t flag) const {

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -59,11 +60,13 @@ class SdlWindow : public Window {
 
  private:
   bool HasFlag(std::uint32_t flag) const;
+  void Place(const PixelPoint& corner);
 
   SdlWindowSystem& mSystem;
   WindowListener& mListener;
   std::unique_ptr<SDL_Window, Releaser<SDL_DestroyWindow>> mWindow;
   PixelSize mToldSize;
+  std::optional<PixelPoint> mPlaceToTake;  // When the window shows itself.
   bool mIsEnabled = true;
   bool mIsMouseInside = false;
   bool mIsExposed = false;

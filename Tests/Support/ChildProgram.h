@@ -1,0 +1,26 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace TestSupport {
+
+// A program that runs as long as this object, found like in a shell. Throws runtime_error when it cannot
+// be started; whether it works, the test must see.
+class ChildProgram {
+ public:
+  explicit ChildProgram(const std::vector<std::string>& arguments);
+  ChildProgram(const ChildProgram&) = delete;
+  ChildProgram& operator=(const ChildProgram&) = delete;
+  ~ChildProgram();
+
+  bool IsRunning();
+
+ private:
+  const pid_t mParent;
+  pid_t mProcess = -1;
+};
+
+}  // namespace TestSupport

@@ -46,7 +46,8 @@ LFrameworkApp::LFrameworkApp(const String& commandLine) : LFrameworkApp(nullptr,
 LFrameworkApp::LFrameworkApp(const RCPtr<LControlFactory>& controlFactory, const String& commandLine)
     : mControlFactory(controlFactory),
       mCommandLine(Narrow(commandLine)),
-      mApplicationCenter(LNotificationCenterManager::GetInstance()->GetCenter(kApplicationCenterName)) {
+      mApplicationCenter(LNotificationCenterManager::GetInstance()->GetCenter(kApplicationCenterName)),
+      mRootWindows(std::make_unique<RootWindowArray>()) {
   mHotKeys = MakeRC<LGlobalHotKeyManager>(mApplicationCenter);
   instance = this;
 }
@@ -74,7 +75,7 @@ void LFrameworkApp::OnSecondInstance(const String&) {}
 // What is thrown anywhere in here is told to the user, and the program then ends as soon as it may: what
 // an exit request finds in progress goes on in the loop.
 TFRESULT LFrameworkApp::Run() {
-  if (mRootWindows.GetCount() > 0) mRootWindows[0]->InvalidateAll();
+  if (mRootWindows->GetCount() > 0) (*mRootWindows)[0]->InvalidateAll();
   OnBeforeMessageLoop();
   const auto attempt = [this](auto step) {
     try {
@@ -127,7 +128,7 @@ TFRESULT LFrameworkApp::GetSystemFont(String& name, float& size, std::int32_t& s
 }
 
 RCPtr<LRenderer> LFrameworkApp::GetRenderer() {
-  return mRootWindows.GetCount() > 0 ? mRootWindows[0]->GetRenderer() : RCPtr<LRenderer>();
+  return mRootWindows->GetCount() > 0 ? (*mRootWindows)[0]->GetRenderer() : RCPtr<LRenderer>();
 }
 
 std::int32_t LFrameworkApp::GetCurrentSkinIndex() {
@@ -148,8 +149,8 @@ TFRESULT LFrameworkApp::SetSkin(std::int32_t index) {
 }
 
 void LFrameworkApp::ApplySkinToWindows() {
-  for (std::int32_t index = 0; index < mRootWindows.GetCount(); ++index) {
-    const RCPtr<LRootWindow> window = mRootWindows[index];
+  for (std::int32_t index = 0; index < mRootWindows->GetCount(); ++index) {
+    const RCPtr<LRootWindow> window = (*mRootWindows)[index];
     const LWaitCursor wait(u"Loading Skin...");
     const RCPtr<LControl> top = window->GetTopControl();
     if (!top) continue;
@@ -177,9 +178,9 @@ std::int32_t LFrameworkApp::GetRendererType() {
 bool LFrameworkApp::ProcessNotifications(bool sendIdle) {
   bool remaining = LNotificationCenterManager::GetInstance()->ProcessAll(sendIdle);
   // A window may end meanwhile, and others with it.
-  for (std::int32_t index = mRootWindows.GetCount(); --index >= 0;) {
-    if (index >= mRootWindows.GetCount()) continue;
-    const RCPtr<LRootWindow> window = mRootWindows[index];
+  for (std::int32_t index = mRootWindows->GetCount(); --index >= 0;) {
+    if (index >= mRootWindows->GetCount()) continue;
+    const RCPtr<LRootWindow> window = (*mRootWindows)[index];
     if (window->ProcessKeyQueue(sendIdle)) remaining = true;
   }
   return remaining;

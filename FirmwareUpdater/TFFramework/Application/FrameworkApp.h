@@ -31,6 +31,8 @@ class LRootWindow;
 // Threads: main thread; GetApplicationCenter and IsExitRequested on any.
 class LFrameworkApp : public virtual LNotificationClient {
  public:
+  using RootWindowArray = RCPtrArray<LRootWindow, 1, 0>;
+
   // A program without documents: it has neither texts nor skins.
   explicit LFrameworkApp(const String& commandLine);
   LFrameworkApp(const RCPtr<LControlFactory>& controlFactory, const String& commandLine);
@@ -127,7 +129,7 @@ class LFrameworkApp : public virtual LNotificationClient {
   Platform::WindowSystem* GetWindowSystem() const { return mWindowSystem; }
 
   // The first one is the main window's.
-  const RCPtrArray<LRootWindow, 1, 0>& GetRootWindows() const { return mRootWindows; }
+  const RootWindowArray& GetRootWindows() const;
   // The one that has the user's attention; null when none has.
   RCPtr<LRootWindow> GetActiveRootWindow() const;
   // That, or else the first; null without windows.
@@ -179,7 +181,8 @@ class LFrameworkApp : public virtual LNotificationClient {
   RCPtr<LFont> mDefaultFont;
   Platform::WindowSystem* mWindowSystem = nullptr;
   std::unique_ptr<CursorTable> mCursors;
-  RCPtrArray<LRootWindow, 1, 0> mRootWindows;
+  // By pointer, since who includes this need not know what a root window is.
+  const std::unique_ptr<RootWindowArray> mRootWindows;
   RCPtr<LGlobalHotKeyManager> mHotKeys;
 };
 

@@ -3,7 +3,7 @@
 
 #include "TFFramework/Application/CursorTable.h"
 #include "TFFramework/Application/FrameworkApp.h"
-#include "TFFramework/ControlBase/RootWindow.h"
+#include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/Renderer/Renderer.h"
 
 namespace TF {
@@ -81,10 +81,14 @@ Platform::MessageAnswer LFrameworkApp::MessageBox(const String& text, const Stri
   return mWindowSystem->ShowMessage({ToUtf8(text), ToUtf8(caption), IconOf(flags), ButtonsOf(flags)});
 }
 
+const LFrameworkApp::RootWindowArray& LFrameworkApp::GetRootWindows() const {
+  return *mRootWindows;
+}
+
 TFRESULT LFrameworkApp::AddRootWindow(const RCPtr<LRootWindow>& window) {
   if (!window) return kInvalidArgument;
   if (FindRootWindow(window) >= 0) return kNothingDone;
-  mRootWindows.Add(window);
+  mRootWindows->Add(window);
   return kSuccess;
 }
 
@@ -92,28 +96,28 @@ TFRESULT LFrameworkApp::RemoveRootWindow(const RCPtr<LRootWindow>& window) {
   const std::int32_t index = FindRootWindow(window);
   if (index < 0) return kNothingDone;
   RCPtr<LRootWindow> removed;
-  mRootWindows.RemoveItem(index, removed);
+  mRootWindows->RemoveItem(index, removed);
   return kSuccess;
 }
 
 std::int32_t LFrameworkApp::FindRootWindow(const RCPtr<LRootWindow>& window) const {
-  std::int32_t index = mRootWindows.GetCount();
-  while (--index >= 0 && mRootWindows[index] != window) {
+  std::int32_t index = mRootWindows->GetCount();
+  while (--index >= 0 && (*mRootWindows)[index] != window) {
   }
   return index;
 }
 
 RCPtr<LRootWindow> LFrameworkApp::GetActiveRootWindow() const {
-  for (std::int32_t index = 0; index < mRootWindows.GetCount(); ++index) {
-    if (mRootWindows[index]->IsActive()) return mRootWindows[index];
+  for (std::int32_t index = 0; index < mRootWindows->GetCount(); ++index) {
+    if ((*mRootWindows)[index]->IsActive()) return (*mRootWindows)[index];
   }
   return nullptr;
 }
 
 RCPtr<LRootWindow> LFrameworkApp::GetFrontRootWindow() const {
   RCPtr<LRootWindow> active = GetActiveRootWindow();
-  if (active || mRootWindows.GetCount() == 0) return active;
-  return mRootWindows[0];
+  if (active || mRootWindows->GetCount() == 0) return active;
+  return (*mRootWindows)[0];
 }
 
 TFRESULT LFrameworkApp::OpenRootWindow(const String&) {

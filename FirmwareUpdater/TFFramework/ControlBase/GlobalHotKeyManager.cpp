@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "TFFramework/ControlBase/ControlParams.h"
+#include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/Notification/Notification.h"
 
 namespace TF {

@@ -1,7 +1,7 @@
 #include "TFFramework/ControlBase/WaitCursor.h"
 
 #include "TFFramework/Application/FrameworkApp.h"
-#include "TFFramework/ControlBase/RootWindow.h"
+#include "TFFramework/ControlBase/Control.h"
 
 namespace TF {
 

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "Platform/WindowSystem.h"
+#include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/RootWindow.h"
 #include "TFFramework/ControlBase/WindowOSServices.h"
 #include "TFFramework/ObjectBase/RCPtr.h"

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/System/OSWindow.h"
 #include "TFFramework/Threads/Mutex.h"
 

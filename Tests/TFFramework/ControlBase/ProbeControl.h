@@ -56,8 +56,9 @@ class ProbeControl : public BoxControl {
   SizeT<double> mScrollRange{kInfinite, kInfinite};
 
   void Tell(const std::string& event) {
-    gLog.push_back(ToUtf8(GetName()) + " " + event);
-    if (gAct) gAct(*this, gLog.back());
+    const std::string told = ToUtf8(GetName()) + " " + event;
+    gLog.push_back(told);
+    if (gAct) gAct(*this, told);
   }
   bool IsTransparentAt(const PointT<double>& point) override {
     return !mSolid && BoxControl::IsTransparentAt(point);

@@ -31,8 +31,9 @@ class WindowProbe : public LControl {
   static inline std::function<void(WindowProbe&, const std::string&)> gAct;
 
   void Tell(const std::string& event) {
-    gLog.push_back(ToUtf8(GetName()) + " " + event);
-    if (gAct) gAct(*this, gLog.back());
+    const std::string told = ToUtf8(GetName()) + " " + event;
+    gLog.push_back(told);
+    if (gAct) gAct(*this, told);
   }
   bool IsTransparentAt(const PointT<double>&) override { return false; }
   void MouseEnter() override {

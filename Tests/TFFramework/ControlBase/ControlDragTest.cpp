@@ -85,7 +85,7 @@ TEST_F(ControlDragTest, AFrameFollowsTheMouseInsideItsLimits) {
     MakeView(entry.mMode, entry.mEdges);
     Drag({100, 60}, {{101, 60}, {entry.mTo.mX / 2 + 50, entry.mTo.mY / 2 + 30}, entry.mTo});
     EXPECT_EQ(Item(), entry.mFrame) << static_cast<int>(&entry - cases);
-    mWindow->Release();
+    mWindow->LetGo();
     EXPECT_EQ(Item(), entry.mFrame);
     EXPECT_EQ(Scroll(), 0);
     mMain->Destroy();
@@ -133,7 +133,7 @@ TEST_F(ControlDragTest, AViewScrollsUnderADragAtItsEdges) {
     EXPECT_EQ(Scroll(), 500 + moved) << label;
     // The item stays under the mouse.
     EXPECT_EQ(Item().mX + Item().mWidth, left + width + moved) << label;
-    mWindow->Release();
+    mWindow->LetGo();
     EXPECT_EQ(view->mIdleRefCount, 0) << label;
     mMain->Destroy();
   }
@@ -178,7 +178,7 @@ class ControlFlickTest : public ControlDragTest {
       mWindow->Move(200 - i * distance, 200 - i * distance);
     }
     Wait(rest);
-    mWindow->Release();
+    mWindow->LetGo();
   }
 };
 
@@ -210,7 +210,7 @@ TEST_F(ControlFlickTest, AFastReleaseRunsOn) {
     mWindow->Move(190, 200);
     view->mVelocity = {entry.mSpeed, 0};
     Wait(entry.mRest);
-    mWindow->Release();
+    mWindow->LetGo();
     EXPECT_EQ(view->mIdleRefCount, entry.mRuns) << entry.mSpeed << " " << entry.mRest;
     EXPECT_EQ(view->mInertia[0], entry.mRuns) << entry.mSpeed << " " << entry.mRest;
     EXPECT_FALSE(view->mInertia[1]);
@@ -268,7 +268,7 @@ TEST_F(ControlCarryTest, ACarriedControlFloatsToATargetAndBack) {
   mWindow->Move(240, 60);
   TakeLog();
   mWindow->mCursor = 3;
-  mWindow->Release();
+  mWindow->LetGo();
   const Log events = TakeEvents();
   EXPECT_EQ(events, (Log{"item left up", "target drop", "target drop leave", "item drag end"}));
   EXPECT_EQ(mWindow->mCursor, 0U);
@@ -298,7 +298,7 @@ TEST_F(ControlCarryTest, TheTargetHearsWhatComes) {
   mWindow->Move(222, 60);
   EXPECT_EQ(target->mIdleRefCount, 0);
   mWindow->Move(319, 60);
-  mWindow->Release();
+  mWindow->LetGo();
   EXPECT_EQ(target->mIdleRefCount, 0);
 }
 
@@ -311,7 +311,7 @@ TEST_F(ControlCarryTest, ACarriedControlStaysWhereItIsWhileItsParentScrolls) {
   EXPECT_EQ(item->GetWindowPosition().mX, 110);
   mWindow->Move(125, 60);
   EXPECT_EQ(item->GetWindowPosition().mX, 115);
-  mWindow->Release();
+  mWindow->LetGo();
   EXPECT_EQ(item->GetWindowPosition().mX, 115);
   EXPECT_EQ(item->GetBounds().mX, 135);
 }
@@ -345,7 +345,7 @@ TEST_F(ControlCarryTest, NothingIsDroppedFromOrOntoAControlThatGoes) {
     Drag({90, 55}, {{91, 55}, {230, 60}});
     TakeLog();
     gone->Destroy();
-    mWindow->Release();
+    mWindow->LetGo();
     const Log events = TakeEvents();
     EXPECT_EQ(std::count(events.begin(), events.end(), "target drop"), 0) << ToUtf8(victim);
     EXPECT_EQ(std::count(events.begin(), events.end(), "target drop leave"), 1) << ToUtf8(victim);
@@ -369,7 +369,7 @@ TEST_F(ControlDragTest, AHeldButtonPressesAgainWhatIsUnderIt) {
   EXPECT_EQ(TakeEvents(), (Log{"arrow left down 5 6", "bar idle"}));
   EXPECT_TRUE(At(u"bar.arrow")->HasCapture());
   EXPECT_EQ(bar->mIdleRefCount, 0);
-  mWindow->Release();
+  mWindow->LetGo();
   EXPECT_FALSE(mWindow->mCapture);
 }
 

@@ -31,7 +31,7 @@ TEST_F(ControlInputTest, AClickIsAPressAndAReleaseOnTheSameControl) {
     mWindow->Move(10, 20);
     Forget();
     mWindow->Press(button);
-    mWindow->Release(button);
+    mWindow->LetGo(button);
     const std::string n = name, u = upper, drag = "a NID_" + u + "_DRAG_CONDITION_CHANGE";
     const Log expected = {"a " + n + " down" + (button == kLeft ? " 10 20" : ""),
                           "a NID_MOUSE_DOWN",
@@ -74,7 +74,7 @@ TEST_F(ControlInputTest, WhatCountsAsAClick) {
     if (entry.mMoveX != 10) mWindow->Move(entry.mMoveX, 20);
     if (entry.mIsDisabled) mMain->SetEnabled(false);
     TakeLog();
-    mWindow->Release();
+    mWindow->LetGo();
     const Log events = TakeEvents();
     EXPECT_EQ(std::count(events.begin(), events.end(), "a left click"), entry.mIsClick) << entry.mWhat;
     EXPECT_FALSE(At(u"a")->HasCapture()) << entry.mWhat;
@@ -108,9 +108,9 @@ TEST_F(ControlInputTest, CaptureLastsUntilTheLastButtonIsUp) {
   mWindow->Press(kLeft);
   mWindow->Press(kRight);
   TakeLog();
-  mWindow->Release(kLeft);
+  mWindow->LetGo(kLeft);
   EXPECT_TRUE(a->HasCapture());
-  mWindow->Release(kRight);
+  mWindow->LetGo(kRight);
   EXPECT_FALSE(a->HasCapture());
   EXPECT_EQ(TakeEvents(), (Log{"a left up", "a left click", "a right up"}));
   EXPECT_EQ(a->GetConditions()->mCurrent & 0x3F8U, 0U);
@@ -239,7 +239,7 @@ TEST_F(ControlInputTest, AControlThatGoesOrThrowsInItsOwnHandlerHarmsNothing) {
       step([&] { mWindow->Press(button); });
       step([&] { mWindow->Move(70, 40); });
       step([&] { mWindow->Idle(); });
-      step([&] { mWindow->Release(button); });
+      step([&] { mWindow->LetGo(button); });
       step([&] { mWindow->Wheel(LMouseWheelParam::kDown); });
     }
     step([&] { mWindow->Key(0x20410000); });

@@ -81,14 +81,14 @@ class StubWindow : public LRootWindow {
     const RCPtr<LControl> target = Hover(*mMouse, &local);
     if (target) target->MouseDown(ButtonAt(local, button));
   }
-  void Release(std::uint32_t button = LMouseButtonParam::kLeft) {
+  void LetGo(std::uint32_t button = LMouseButtonParam::kLeft) {
     mButtons &= ~button;
     if (const RCPtr<LControl> target = mCapture) target->MouseUp(ButtonAt(LocalTo(*target), button));
   }
   void Click(std::int32_t x, std::int32_t y, std::uint32_t button = LMouseButtonParam::kLeft) {
     Move(x, y);
     Press(button);
-    Release(button);
+    LetGo(button);
   }
   TFRESULT Wheel(std::uint32_t direction) {
     PointT<std::int32_t> local;

@@ -2,8 +2,6 @@
 
 #include <iostream>
 
-#include "Platform/Language.h"
-#include "TFFramework/Application/Version.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
 using namespace TF;
@@ -38,23 +36,6 @@ TFRESULT LApplication::Shutdown() {
   return result;
 }
 
-String LApplication::GetCompanyName() {
-  return TF::Version(GetStringTable()).GetCompanyName();
-}
-
-String LApplication::GetProductName() {
-  return TF::Version(GetStringTable()).GetProductName();
-}
-
-String LApplication::GetProductVersion() {
-  return TF::Version(GetStringTable()).GetProductVersion();
-}
-
-std::uint32_t LApplication::GetLanguage() {
-  static const std::uint32_t language = Platform::UserLanguage();
-  return language;
-}
-
 bool LApplication::IsExitAllowed() {
   return !mUpdateProcessor || mUpdateProcessor->IsExitAllowed();
 }
@@ -87,5 +68,5 @@ void LApplication::RequestExit() {
     LogRecord("The request to end is dropped: an update is in progress.");
     return;
   }
-  GetApplicationCenter()->Post(LNotification::Create(kAppExitRequest, nullptr));
+  PostExitRequest();
 }

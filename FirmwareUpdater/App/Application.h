@@ -15,10 +15,6 @@ class LApplication : public TF::LApplicationBase<LApplication> {
   // Scans for the device and does what the command line asks for, before any screen exists.
   TFRESULT Initialize() override;
   TFRESULT Shutdown() override;
-  TF::String GetCompanyName() override;
-  TF::String GetProductName() override;
-  TF::String GetProductVersion() override;
-  std::uint32_t GetLanguage() override;
   // False while an update is in progress.
   bool IsExitAllowed() override;
   void OnBeforeMessageLoop() override;

@@ -74,9 +74,8 @@ enum class WindowShow { kHide, kShow, kMinimize, kMaximize, kRestore };
 
 // What a new window is like.
 struct WindowDescription {
-  std::string mTitle;         // UTF-8.
-  PixelRect mClient;          // The corner on the screen, the client size.
-  bool mHasPosition = false;  // Otherwise the screen's own choice.
+  std::string mTitle;  // UTF-8.
+  PixelRect mClient;   // On the screen.
   bool mIsResizable = false;
   class Window* mParent = nullptr;  // Stands above it; must outlive it.
 };

@@ -54,7 +54,6 @@ class WindowSystemTest : public testing::Test {
     WindowDescription description;
     description.mTitle = "Recorder";
     description.mClient = client;
-    description.mHasPosition = true;
     description.mIsResizable = resizable;
     window = mSystem->CreateWindow(description, recorder);
     window->Show(WindowShow::kShow);

@@ -1,5 +1,6 @@
 #include "Tests/Support/ChildProgram.h"
 
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -9,7 +10,7 @@
 
 namespace TestSupport {
 
-ChildProgram::ChildProgram(const std::vector<std::string>& arguments) : mParent(getpid()) {
+ChildProgram::ChildProgram(const std::vector<std::string>& arguments, int descriptor) : mParent(getpid()) {
   std::vector<char*> pointers;
   for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
   pointers.push_back(nullptr);
@@ -18,7 +19,8 @@ ChildProgram::ChildProgram(const std::vector<std::string>& arguments) : mParent(
   if (mProcess > 0) return;
   // It must not outlive a test that crashes.
   prctl(PR_SET_PDEATHSIG, SIGTERM);
-  if (getppid() == mParent) execvp(pointers.front(), pointers.data());
+  const bool inherits = descriptor < 0 || fcntl(descriptor, F_SETFD, 0) == 0;
+  if (inherits && getppid() == mParent) execvp(pointers.front(), pointers.data());
   _exit(127);
 }
 

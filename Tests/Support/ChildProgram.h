@@ -11,7 +11,8 @@ namespace TestSupport {
 // be started; whether it works, the test must see.
 class ChildProgram {
  public:
-  explicit ChildProgram(const std::vector<std::string>& arguments);
+  // descriptor: what it inherits beside the standard ones; -1 for nothing.
+  explicit ChildProgram(const std::vector<std::string>& arguments, int descriptor = -1);
   ChildProgram(const ChildProgram&) = delete;
   ChildProgram& operator=(const ChildProgram&) = delete;
   ~ChildProgram();

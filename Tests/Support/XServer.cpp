@@ -2,15 +2,13 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <stdexcept>
+#include <vector>
 
 namespace TestSupport {
 
@@ -35,39 +33,22 @@ std::string ReadNumber(int pipe) {
 
 }  // namespace
 
-XServer::XServer(const std::string& screen) : mParent(getpid()) {
+XServer::XServer(const std::string& screen) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe for the X server");
-  const std::string descriptor = std::to_string(ends[1]);
-  mProcess = fork();
-  if (mProcess == 0) {
-    // It must not outlive a test that crashes.
-    prctl(PR_SET_PDEATHSIG, SIGTERM);
-    if (getppid() != mParent || fcntl(ends[1], F_SETFD, 0) != 0) _exit(127);
-    execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", screen.c_str(), "-nolisten",
-           "tcp", "-noreset", static_cast<char*>(nullptr));
-    _exit(127);
-  }
+  const std::vector<std::string> arguments{
+      "Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", screen, "-nolisten", "tcp", "-noreset"};
+  mProgram.emplace(arguments, ends[1]);
   close(ends[1]);
-  const std::string number = mProcess > 0 ? ReadNumber(ends[0]) : std::string();
+  const std::string number = ReadNumber(ends[0]);
   close(ends[0]);
-  if (number.empty()) {
-    End();
-    throw std::runtime_error("the X server does not start");
-  }
+  if (number.empty()) throw std::runtime_error("the X server does not start");
   mDisplay = ":" + number;
   setenv("DISPLAY", mDisplay.c_str(), 1);
 }
 
 XServer::~XServer() {
   unsetenv("DISPLAY");
-  End();
-}
-
-void XServer::End() {
-  if (mProcess <= 0) return;
-  kill(mProcess, SIGTERM);
-  waitpid(mProcess, nullptr, 0);
 }
 
 }  // namespace TestSupport

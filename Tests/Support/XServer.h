@@ -1,8 +1,9 @@
 #pragma once
 
-#include <sys/types.h>
-
+#include <optional>
 #include <string>
+
+#include "Tests/Support/ChildProgram.h"
 
 namespace TestSupport {
 
@@ -20,10 +21,7 @@ class XServer {
   const std::string& GetDisplay() const { return mDisplay; }
 
  private:
-  void End();
-
-  const pid_t mParent;
-  pid_t mProcess = -1;
+  std::optional<ChildProgram> mProgram;
   std::string mDisplay;
 };
 

@@ -1,7 +1,5 @@
 #include "Tools/Gallery/GalleryApplication.h"
 
-#include "Platform/Language.h"
-#include "TFFramework/Application/Version.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "Tools/Gallery/GalleryControls.h"
 #include "Tools/Gallery/GalleryTrace.h"
@@ -14,22 +12,6 @@ TFRESULT LGalleryApplication::Initialize() {
   return result;
 }
 
-String LGalleryApplication::GetCompanyName() {
-  return TF::Version(GetStringTable()).GetCompanyName();
-}
-
-String LGalleryApplication::GetProductName() {
-  return TF::Version(GetStringTable()).GetProductName();
-}
-
-String LGalleryApplication::GetProductVersion() {
-  return TF::Version(GetStringTable()).GetProductVersion();
-}
-
-std::uint32_t LGalleryApplication::GetLanguage() {
-  return Platform::UserLanguage();
-}
-
 void LGalleryApplication::OnBeforeMessageLoop() {
   TraceLine("ready");
 }
@@ -39,5 +21,5 @@ void LGalleryApplication::OnSecondInstance(const String& commandLine) {
 }
 
 void LGalleryApplication::RequestExit() {
-  GetApplicationCenter()->Post(LNotification::Create(kAppExitRequest, nullptr));
+  PostExitRequest();
 }

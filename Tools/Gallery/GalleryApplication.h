@@ -10,10 +10,6 @@ class LGalleryApplication : public TF::LApplicationBase<LGalleryApplication> {
   static constexpr const char* kWindowClassName = "Varnok_GalleryWindow";
 
   TFRESULT Initialize() override;
-  TF::String GetCompanyName() override;
-  TF::String GetProductName() override;
-  TF::String GetProductVersion() override;
-  std::uint32_t GetLanguage() override;
   bool IsExitAllowed() override { return true; }
   void OnBeforeMessageLoop() override;
   void OnSecondInstance(const TF::String& commandLine) override;

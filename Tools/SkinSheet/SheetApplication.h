@@ -10,10 +10,6 @@ class LSheetApplication : public TF::LApplicationBase<LSheetApplication> {
       : LApplicationBase<LSheetApplication>(TF::String()), mRenderer(renderer) {}
 
   TF::RCPtr<TF::LRenderer> GetRenderer() override { return mRenderer; }
-  TF::String GetCompanyName() override { return u"Varnok"; }
-  TF::String GetProductName() override { return u"Tessel"; }
-  TF::String GetProductVersion() override { return {}; }
-  std::uint32_t GetLanguage() override { return 0x0409; }
   bool IsExitAllowed() override { return true; }
 
  private:

@@ -39,7 +39,7 @@ SdlWindow::SdlWindow(SdlWindowSystem& system, const WindowDescription& descripti
   if (!mWindow) Fail("cannot create a window");
   const PixelRect created = GetClientRect();
   mToldSize = {created.mWidth, created.mHeight};
-  if (description.mHasPosition) Place({client.mX, client.mY});
+  Place({client.mX, client.mY});
   const auto* const parent = dynamic_cast<const SdlWindow*>(description.mParent);
   if (parent && SDL_SetWindowModalFor(mWindow.get(), parent->mWindow.get()) != 0)
     Fail("cannot put a window above its parent");

@@ -236,14 +236,13 @@ void LFrameworkApp::ReportStartupError(const char* why, const RCPtr<LStringTable
     strings->GetString(u"STARTUP_ERROR_CAPTION", caption);
   }
   LFrameworkApp* const application = instance;
-  try {
-    if (application && application->GetWindowSystem()) {
-      application->MessageBox(text, caption, MessageBoxFlag::kIconError);
-      return;
-    }
-  } catch (const std::exception& exception) {
-    LogRecord(exception.what());
-  }
+  if (application)
+    application->MessageBox(text, caption, MessageBoxFlag::kIconError);
+  else
+    WriteMessage(text, caption);
+}
+
+void LFrameworkApp::WriteMessage(const String& text, const String& caption) {
   std::cerr << ToUtf8(caption) << ": " << ToUtf8(text) << std::endl;
 }
 

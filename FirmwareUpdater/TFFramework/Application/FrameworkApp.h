@@ -92,7 +92,7 @@ class LFrameworkApp : public virtual LNotificationClient {
   // Modifier's bits, as of the input that was handled.
   virtual std::uint32_t GetModifiers();
   // Returns when the user has answered. flags are an icon and a choice of buttons of MessageBoxFlag.
-  // Without a display the text goes to standard error, and kOk comes back.
+  // Without a display that shows it the text goes to standard error, and kOk comes back.
   virtual Platform::MessageAnswer MessageBox(const String& text, const String& caption, std::uint32_t flags);
   // kNothingDone when it is there already, or not there.
   virtual TFRESULT AddRootWindow(const RCPtr<LRootWindow>& window);
@@ -167,6 +167,7 @@ class LFrameworkApp : public virtual LNotificationClient {
   TFRESULT RunApplicationStartup();
 
  private:
+  static void WriteMessage(const String& text, const String& caption);
   void ChooseSkin();
   void ReportFault(const char* what);
   void ApplySkinToWindows();

@@ -1,10 +1,11 @@
-#include <iostream>
+#include <exception>
 #include <utility>
 
 #include "TFFramework/Application/CursorTable.h"
 #include "TFFramework/Application/FrameworkApp.h"
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/Renderer/Renderer.h"
+#include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
 namespace TF {
 
@@ -74,11 +75,14 @@ std::uint32_t LFrameworkApp::GetModifiers() {
 
 Platform::MessageAnswer LFrameworkApp::MessageBox(const String& text, const String& caption,
                                                   std::uint32_t flags) {
-  if (!mWindowSystem) {
-    std::cerr << ToUtf8(caption) << ": " << ToUtf8(text) << std::endl;
-    return Platform::MessageAnswer::kOk;
+  try {
+    if (mWindowSystem)
+      return mWindowSystem->ShowMessage({ToUtf8(text), ToUtf8(caption), IconOf(flags), ButtonsOf(flags)});
+  } catch (const std::exception& exception) {
+    LogRecord(exception.what());
   }
-  return mWindowSystem->ShowMessage({ToUtf8(text), ToUtf8(caption), IconOf(flags), ButtonsOf(flags)});
+  WriteMessage(text, caption);
+  return Platform::MessageAnswer::kOk;
 }
 
 const LFrameworkApp::RootWindowArray& LFrameworkApp::GetRootWindows() const {

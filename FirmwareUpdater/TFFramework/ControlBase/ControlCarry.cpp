@@ -2,7 +2,6 @@
 
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/DragArithmetic.h"
-#include "TFFramework/ControlBase/HeldControlWindow.h"
 #include "TFFramework/ControlBase/HitExclusion.h"
 #include "TFFramework/ControlBase/PointAxis.h"
 
@@ -14,7 +13,7 @@ constexpr LayoutAxis kAxes[] = {LayoutAxis::kX, LayoutAxis::kY};
 
 // Null when there is none at a point of the window.
 RCPtr<LControl> FindTargetAt(const RCPtr<LControl>& carried, const PointT<double>& point) {
-  const HeldControlWindow window(*carried);
+  const RCPtr<LRootWindow> window = carried->GetRootWindow();
   if (!window) return nullptr;
   RCPtr<LControl> below;
   {
@@ -93,7 +92,7 @@ void LControl::ChangeDropTarget(const RCPtr<LControl>& target) {
   }
   if (!IsDragging()) return;
   mDropTarget = target;
-  if (const HeldControlWindow window(*this); window) {
+  if (const RCPtr<LRootWindow> window = GetRootWindow(); window) {
     window->ShowNamedCursor(target ? u"UI_CURSOR_DROP_MOVE" : u"UI_CURSOR_NO_DROP");
   }
   if (target) target->OnDropEnter(held);

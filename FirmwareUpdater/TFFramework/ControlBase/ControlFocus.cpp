@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "TFFramework/ControlBase/Control.h"
-#include "TFFramework/ControlBase/HeldControlWindow.h"
 
 namespace TF {
 
@@ -77,7 +76,7 @@ RCPtr<LControl> LControl::FindFocusableChild(bool forward) {
 
 // What can no longer be used has nothing to say.
 bool LControl::AllowsFocusChange() const {
-  const HeldControlWindow window(*this);
+  const RCPtr<LRootWindow> window = GetRootWindow();
   const RCPtr<LControl> holder = window ? window->GetFocusControl() : RCPtr<LControl>();
   return !holder || holder == this || !holder->IsUsable() || holder->CanLoseFocus();
 }
@@ -98,7 +97,7 @@ TFRESULT LControl::SetFocus(bool forward) {
 // All marks stand before anybody is told, so that a receiver that moves the focus on finds it here.
 TFRESULT LControl::TakeFocus() {
   const RCPtr<LControl> before = MarkFocusPath();
-  if (const HeldControlWindow window(*this); window) {
+  if (const RCPtr<LRootWindow> window = GetRootWindow(); window) {
     window->ClearFocusControl();
     window->SetFocusControl(RCPtr<LControl>(this));
   }
@@ -130,7 +129,7 @@ void LControl::LoseFocus() {
   if (mHasFocus) {
     mHasFocus = false;
     UpdateConditions();
-    const HeldControlWindow window(*this);
+    const RCPtr<LRootWindow> window = GetRootWindow();
     if (window && window->GetFocusControl() == this) window->ClearFocusControl();
   } else if (mContainsFocus) {
     mContainsFocus = false;

@@ -4,7 +4,6 @@
 
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/ControlClock.h"
-#include "TFFramework/ControlBase/HeldControlWindow.h"
 
 namespace TF {
 
@@ -121,7 +120,7 @@ bool LControl::IsClick(std::uint32_t button) const {
 TFRESULT LControl::CaptureMouse(std::uint32_t button, std::int32_t x, std::int32_t y) {
   if (mHasCapture || !IsUsable()) return kNothingDone;
   const RCPtr<LControl> held(this);
-  const HeldControlWindow window(*this);
+  const RCPtr<LRootWindow> window = GetRootWindow();
   if (button != 0) {
     if (window && (window->GetMouseButtons() & button) == 0) return kNothingDone;
     mGrabPoint = {x + mBounds.mX, y + mBounds.mY};
@@ -185,7 +184,7 @@ TFRESULT LControl::ReleaseMouse() {
   }
   mLastLeftDown = nullptr;
   if (std::exchange(mRepeatsPress, false)) RemoveIdleUser();
-  if (const HeldControlWindow window(*this); window) window->ClearCaptureControl();
+  if (const RCPtr<LRootWindow> window = GetRootWindow(); window) window->ClearCaptureControl();
   UpdateConditions();
   return kSuccess;
 }

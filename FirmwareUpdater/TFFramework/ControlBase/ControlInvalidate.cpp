@@ -1,7 +1,6 @@
 #include <cmath>
 
 #include "TFFramework/ControlBase/Control.h"
-#include "TFFramework/ControlBase/HeldControlWindow.h"
 
 namespace TF {
 
@@ -39,7 +38,7 @@ void LControl::InvalidateUp(const RectT<double>& rect, bool clip, const RectT<do
   const RCPtr<LControl> parent = mParent;
   const PointT<double> position = GetPositionInParent();
   if (!parent) {
-    const HeldControlWindow window(*this);
+    const RCPtr<LRootWindow> window = GetRootWindow();
     const RectT<double> visible = clip ? Intersect(rect, clipRect) : rect;
     if (window && !IsEmpty(visible)) window->InvalidateRect(ToPixels(Moved(visible, position)));
     return;

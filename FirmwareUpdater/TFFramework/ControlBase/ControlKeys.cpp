@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "TFFramework/ControlBase/Control.h"
-#include "TFFramework/ControlBase/HeldControlWindow.h"
 
 namespace TF {
 
@@ -52,12 +51,12 @@ void LControl::KeyDown(const RCPtr<LKeyParam>& param) {
 
 void LControl::PassKeyUp(const RCPtr<LKeyParam>& param) {
   if (const RCPtr<LControl> parent = mParent) return parent->OnChildKeyDown(param);
-  if (const HeldControlWindow window(*this); window) window->ProcessUnhandledKey(param);
+  if (const RCPtr<LRootWindow> window = GetRootWindow(); window) window->ProcessUnhandledKey(param);
 }
 
 void LControl::PassTabUp(const RCPtr<LKeyParam>& param) {
   if (const RCPtr<LControl> parent = mParent) return parent->OnChildTabKey(param);
-  if (const HeldControlWindow window(*this); window) window->ProcessTab(param);
+  if (const RCPtr<LRootWindow> window = GetRootWindow(); window) window->ProcessTab(param);
 }
 
 TFRESULT LControl::OnKeyDown(const RCPtr<LKeyParam>&) {

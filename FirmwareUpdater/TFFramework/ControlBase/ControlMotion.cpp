@@ -4,7 +4,6 @@
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/ControlClock.h"
 #include "TFFramework/ControlBase/DragArithmetic.h"
-#include "TFFramework/ControlBase/HeldControlWindow.h"
 #include "TFFramework/ControlBase/LayoutGuard.h"
 #include "TFFramework/ControlBase/PointAxis.h"
 
@@ -45,7 +44,7 @@ TFRESULT LControl::SetScrollOffset(const PointT<double>& offset) {
     OnScrollOffsetChange(from, to);
     Send(LNotification::Create(u"NID_SCROLL_OFFSET_CHANGE"));
   }
-  const HeldControlWindow window(*this);
+  const RCPtr<LRootWindow> window = GetRootWindow();
   PointT<std::int32_t> mouse;
   if (!window || !window->GetHoverControl() || !window->GetMousePosition(mouse)) return kSuccess;
   const PointT<double> corner = GetWindowPosition();
@@ -138,7 +137,7 @@ void LControl::MoveAxis(LayoutAxis axis, double time) {
 // What is dragged stays under the mouse while the content moves.
 void LControl::MoveClient(const RCPtr<LControl>& client) {
   if (!client->IsDragging()) return StopScrollFor(*client);
-  const HeldControlWindow window(*client);
+  const RCPtr<LRootWindow> window = client->GetRootWindow();
   PointT<std::int32_t> mouse;
   if (!window || !window->GetMousePosition(mouse)) return;
   const PointT<double> corner = client->GetWindowPosition();

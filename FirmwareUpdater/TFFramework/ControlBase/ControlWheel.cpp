@@ -1,5 +1,4 @@
 #include "TFFramework/ControlBase/Control.h"
-#include "TFFramework/ControlBase/HeldControlWindow.h"
 #include "TFFramework/ControlBase/HitExclusion.h"
 
 namespace TF {
@@ -19,7 +18,7 @@ RCPtr<LControl> FindBeneath(const RCPtr<LControl>& floating, const PointT<std::i
   for (RCPtr<LControl> above = floating->GetParent(); above; above = RCPtr<LControl>(above->GetParent())) {
     excluded.Add(above);
   }
-  const HeldControlWindow window(*floating);
+  const RCPtr<LRootWindow> window = floating->GetRootWindow();
   RCPtr<LControl> beneath;
   PointT<std::int32_t> local;
   if (window) window->HitTest(beneath, point, local, false);

@@ -13,8 +13,7 @@ namespace TF {
 
 class LControl;
 
-// What controls ask of the window above them. A root window that does not offer it leaves its controls
-// without a title, a cursor, a desktop and a mouse. Points are pixels of the window's client area.
+// What controls ask of the window above them. Points are pixels of the window's client area.
 //
 // Threads: main thread.
 class IControlWindow {

@@ -44,19 +44,26 @@ void LRootWindow::Detach() {
   mOSServices = nullptr;
 }
 
-// What the old tree does while it goes must find no field that leads into it.
+// What the old tree does while it goes may be to set another one, which then goes, too.
 TFRESULT LRootWindow::SetTopControl(const RCPtr<LControl>& control) {
+  if (control && control == mTopControl) return kNothingDone;
   const RCPtr<LRootWindow> held(this);
+  const RCPtr<LControl> taken = control;
+  while (const RCPtr<LControl> old = mTopControl) {
+    ForgetTree();
+    old->Destroy();
+  }
+  if (taken) TakeTree(taken);
+  return kSuccess;
+}
+
+void LRootWindow::ForgetTree() {
   for (RCPtr<LControl>* field :
        {&mFocusControl, &mSavedFocusControl, &mHoverControl, &mToolTipControl, &mCaptureControl})
     *field = nullptr;
-  if (const RCPtr<LControl> old = std::exchange(mTopControl, RCPtr<LControl>())) {
-    if (mHotKeys) mHotKeys->Remove(std::exchange(mTopHotKeys, {}));
-    old->Destroy();
-  }
+  mTopControl = nullptr;
   mSkinFrame = {};
-  if (control) TakeTree(control);
-  return kSuccess;
+  if (mHotKeys) mHotKeys->Remove(std::exchange(mTopHotKeys, {}));
 }
 
 void LRootWindow::TakeTree(const RCPtr<LControl>& control) {
@@ -189,6 +196,7 @@ void LRootWindow::ShowNamedCursor(const String& name) {
 }
 
 void LRootWindow::ForgetControl(LControl& control) {
+  if (mTopControl == &control) return ForgetTree();
   for (RCPtr<LControl>* field :
        {&mFocusControl, &mSavedFocusControl, &mHoverControl, &mToolTipControl, &mCaptureControl}) {
     if (*field == &control) *field = nullptr;

@@ -43,7 +43,7 @@ class LRootWindow : public LNotificationDistributor, public LNotificationQueue, 
   // The tree: RootWindow.cpp.
 
   // Destroys the present tree and takes this one, which fills the client area whatever its skin says and
-  // gets the focus. A null control leaves none.
+  // gets the focus. A null control leaves none; kNothingDone for the present one.
   TFRESULT SetTopControl(const RCPtr<LControl>& control);
   // One of the current skin. An empty name leaves none; kFailure when there is no such control.
   TFRESULT SetTopControlByName(const String& name);
@@ -123,7 +123,8 @@ class LRootWindow : public LNotificationDistributor, public LNotificationQueue, 
  private:
   static constexpr std::uint32_t kKnownSources = 10;
 
-  RectT<std::int32_t> LockedClientRect() const;
+  // Without destroying it.
+  void ForgetTree();
   void TakeTree(const RCPtr<LControl>& control);
   void FocusTree();
   void HideToolTip();

@@ -20,6 +20,7 @@ void LRootWindow::ProcessMouseButton(std::uint32_t kind, std::uint32_t button, s
   const RCPtr<LRootWindow> held(this);
   PointT<std::int32_t> mouse;
   if (!GetMousePosition(mouse) || mouse != point) ProcessMouseMove(point, modifiers, source);
+  if (!IsActive()) return;
   HideToolTip();
   if (source < kKnownSources) {
     std::uint32_t& buttons = mButtonState[source];
@@ -163,8 +164,17 @@ void LRootWindow::SetHoverControl(const RCPtr<LControl>& control) {
   while (owner && owner->GetToolTipText().IsEmpty()) owner = owner->GetToolTipParent();
   ShowToolTipOf(owner);
   const RCPtr<LControl> old = std::exchange(mHoverControl, hovered);
-  if (old && (old->GetParent() || old->GetRootWindow())) old->MouseLeave();
-  if (hovered && mHoverControl == hovered) hovered->MouseEnter();
+  const auto enter = [&] {
+    if (hovered && mHoverControl == hovered) hovered->MouseEnter();
+  };
+  try {
+    if (old && (old->GetParent() || old->GetRootWindow())) old->MouseLeave();
+  } catch (...) {
+    // The mouse is over the other control all the same.
+    enter();
+    throw;
+  }
+  enter();
 }
 
 void LRootWindow::ShowToolTipOf(const RCPtr<LControl>& owner) {

@@ -15,8 +15,8 @@ RectT<double> Wide(const RectT<std::int32_t>& rect) {
   return {double(rect.mX), double(rect.mY), double(rect.mWidth), double(rect.mHeight)};
 }
 
-// Those that wait for their turn above what was painted. One array serves all windows, so that painting
-// allocates nothing; a paint within a paint finds it empty and leaves it so.
+// Those that wait for their turn above what was painted. One array serves all windows, so that a paint in
+// which at most one control floats allocates nothing; a paint within a paint finds it empty and leaves it so.
 RCPtrArray<LControl>& DeferredControls() {
   static RCPtrArray<LControl> controls;
   return controls;
@@ -59,7 +59,12 @@ void LRootWindow::Paint(const Region& region) {
   const RectT<std::int32_t> client = GetClientRect();
   const RectT<double> frame = Intersect(top->GetBounds(), Wide(region.GetBounds()));
   const CAutoClip clip(mRenderer, Wide(client), frame, nullptr, false);
-  RenderControlTree(top, region, false);
+  try {
+    RenderControlTree(top, region, false);
+  } catch (...) {
+    DeferredControls().SetCount(0);
+    throw;
+  }
 }
 
 void LRootWindow::RenderControlTree(const RCPtr<LControl>& control, const Region& region, bool pass) {

@@ -5,7 +5,9 @@
 
 #include "Platform/Clock.h"
 #include "Platform/Desktop.h"
+#include "Platform/Language.h"
 #include "TFFramework/Application/FrameworkApp.h"
+#include "TFFramework/Application/Version.h"
 #include "TFFramework/ControlBase/GlobalHotKeyManager.h"
 #include "TFFramework/Notification/Notification.h"
 #include "TFFramework/System/MainWindow.h"
@@ -40,6 +42,12 @@ class LApplicationBase : public LFrameworkApp {
     Platform::SetTimerResolution(false);
     return result;
   }
+
+  // Those of the version block.
+  String GetCompanyName() override { return Version(GetStringTable()).GetCompanyName(); }
+  String GetProductName() override { return Version(GetStringTable()).GetProductName(); }
+  String GetProductVersion() override { return Version(GetStringTable()).GetProductVersion(); }
+  std::uint32_t GetLanguage() override { return Platform::UserLanguage(); }
 
   // Finds the display that windows open on. Throws runtime_error, whose text names it, without one.
   virtual void StartDisplay() { UseDisplay(Platform::GetDesktop().GetWindowSystem()); }

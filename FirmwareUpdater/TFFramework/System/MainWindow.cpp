@@ -29,8 +29,7 @@ Platform::WindowDescription DescribeWindow(LFrameworkApp& application, const Lay
   };
   Platform::WindowDescription description;
   description.mTitle = ToUtf8(application.GetCompanyName());
-  description.mIsResizable = FrameStyleOf(layout).mIsResizable;
-  description.mHasPosition = true;
+  description.mIsResizable = IsResizable(layout);
   description.mClient = {whole(layout.Axis(LayoutAxis::kX).mPosition.mAbs),
                          whole(layout.Axis(LayoutAxis::kY).mPosition.mAbs),
                          std::max(whole(layout.Axis(LayoutAxis::kX).mSize.mAbs), 1),
@@ -61,18 +60,14 @@ void StorePlacement(Platform::ProfileStore& profile, const std::string& section,
 
 }  // namespace
 
-WindowFrameStyle FrameStyleOf(const LayoutValues& layout) {
+bool IsResizable(const LayoutValues& layout) {
   const AxisLayout& x = layout.Axis(LayoutAxis::kX);
   const AxisLayout& y = layout.Axis(LayoutAxis::kY);
   const bool hasMinimum = !IsNone(x.mMinimum) || !IsNone(y.mMinimum);
   const bool isFixed = x.mMinimum == x.mMaximum && y.mMinimum == y.mMaximum;
   const bool isNamed =
       x.mMinimum.mIsNamed && x.mMaximum.mIsNamed && y.mMinimum.mIsNamed && y.mMaximum.mIsNamed;
-  WindowFrameStyle style;
-  style.mIsResizable = !isNamed && !(isFixed && hasMinimum);
-  style.mIsMaximizable = style.mIsResizable && x.mMaximum.mAbs == 0 && y.mMaximum.mAbs == 0 &&
-                         !x.mMaximum.mIsNamed && !y.mMaximum.mIsNamed;
-  return style;
+  return !isNamed && !(isFixed && hasMinimum);
 }
 
 RCPtr<OSWindow> MakeControlWindow(LFrameworkApp& application, MessageLoop& messageLoop, OSWindow::Role role,

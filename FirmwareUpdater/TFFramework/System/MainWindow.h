@@ -10,17 +10,10 @@ namespace TF {
 
 class LFrameworkApp;
 
-// What a window's frame offers.
-struct WindowFrameStyle {
-  bool mIsResizable = false;
-  bool mIsMaximizable = false;
-
-  bool operator==(const WindowFrameStyle&) const = default;
-};
-
-// As the layout of the window's top control asks for: what has a fixed size, or limits that follow other
-// controls on both axes, cannot be resized; what has no limit above can be maximized.
-WindowFrameStyle FrameStyleOf(const LayoutValues& layout);
+// As the layout of a window's top control asks for: what has a fixed size, or limits that follow other
+// controls on both axes, cannot be resized. Whether the window can be maximized follows from the limits that
+// the display is told.
+bool IsResizable(const LayoutValues& layout);
 
 // A window for a top-level control of the current skin, hidden, with renderer and root window, of the size
 // that the skin gives. Null when the display gives none. Throws runtime_error for an unknown name.

@@ -1,26 +1,10 @@
 #include <string>
 
+#include "Tests/TFFramework/ControlBase/LookParts.h"
 #include "Tests/TFFramework/ControlBase/ProbeControl.h"
 
 namespace TF {
 namespace {
-
-RCPtr<LDockedPart> Part(std::uint32_t argb, std::int32_t left, std::int32_t top, std::int32_t right,
-                        std::int32_t bottom) {
-  const auto colorizer = MakeRC<LColorizer>();
-  colorizer->mColor = LColor::FromPacked(argb);
-  const auto part = MakeRC<LVisualPartDescriptor>();
-  part->mColorizer = colorizer;
-  part->mSize = {1, 1};
-  auto docked = MakeRC<LDockedPart>();
-  docked->mPart = part;
-  docked->mHasLeft = docked->mHasTop = docked->mHasRight = docked->mHasBottom = true;
-  docked->OffsetLeft = left;
-  docked->OffsetTop = top;
-  docked->OffsetRight = right;
-  docked->OffsetBottom = bottom;
-  return docked;
-}
 
 class ControlHitTestTest : public ProbeFixture {
  protected:
@@ -113,9 +97,9 @@ TEST_F(ControlHitTestTest, PixelsThatALookLeavesClearLetTheMouseThrough) {
   MakeWindow(Box("back", Place(0, 0, 100, 100)) +
              Box("front", Place(0, 0, 100, 100) + "Z_Order='1'", Box("child", Place(0, 0, 20, 20))));
   const auto descriptor = MakeRC<LLookDescriptor>();
-  descriptor->mClientPart = Part(0xFF000000, 40, 40, -10, -10);
+  descriptor->mClientPart = Client(ColorPart(0xFF000000), 40, 40, -10, -10);
   const auto faint = MakeRC<LLookDescriptor>();
-  faint->mClientPart = Part(0xFF000000, 0, 0, 0, 0);
+  faint->mClientPart = Client(ColorPart(0xFF000000), 0, 0, 0, 0);
   const auto front = At(u"front");
   front->mSolid = false;
   front->SetLookCount(2);

@@ -8,6 +8,7 @@
 #include "Tests/Support/LogCapture.h"
 #include "Tests/Support/PngWriter.h"
 #include "Tests/Support/TemporaryFolder.h"
+#include "Tests/TFFramework/ControlBase/LookParts.h"
 #include "Tests/TFFramework/Renderer/ClockApplication.h"
 
 namespace TF {
@@ -18,31 +19,6 @@ constexpr std::uint32_t kRed = 0xFFFF0000;
 constexpr std::uint32_t kGreen = 0xFF00FF00;
 constexpr std::uint32_t kBlue = 0xFF0000FF;
 constexpr std::uint32_t kClear = 0;
-
-RCPtr<LColorizer> Solid(std::uint32_t argb) {
-  auto colorizer = MakeRC<LColorizer>();
-  colorizer->mColor = LColor::FromPacked(argb);
-  return colorizer;
-}
-
-RCPtr<LVisualPartDescriptor> ColorPart(std::uint32_t argb, const SizeT<std::int32_t>& size = {1, 1}) {
-  auto part = MakeRC<LVisualPartDescriptor>();
-  part->mColorizer = Solid(argb);
-  part->mSize = size;
-  return part;
-}
-
-RCPtr<LDockedPart> Client(const RCPtr<LVisualPartDescriptor>& part, std::int32_t left, std::int32_t top,
-                          std::int32_t right, std::int32_t bottom) {
-  auto docked = MakeRC<LDockedPart>();
-  docked->mPart = part;
-  docked->mHasLeft = docked->mHasTop = docked->mHasRight = docked->mHasBottom = true;
-  docked->OffsetLeft = left;
-  docked->OffsetTop = top;
-  docked->OffsetRight = right;
-  docked->OffsetBottom = bottom;
-  return docked;
-}
 
 class LookTest : public testing::Test {
  protected:

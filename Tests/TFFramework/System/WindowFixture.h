@@ -24,9 +24,14 @@ using Texts = std::vector<std::string>;
 // Writes down what the window hands to it.
 class WindowProbe : public LControl {
  public:
-  using LControl::LControl;
+  WindowProbe(const RCPtr<LControl>& parent, const String& name) : LControl(parent, name) {
+    if (!parent && !gStrings.empty()) mStringSection = MakeRC<LStringTable>(gStrings);
+  }
 
   static inline Texts gLog;
+  // The texts of a top control.
+  static inline LStringTable::Strings gStrings;
+  static inline std::function<void(LControl&)> gWhenHidden;
   // Runs at each event.
   static inline std::function<void(WindowProbe&, const std::string&)> gAct;
 
@@ -36,6 +41,10 @@ class WindowProbe : public LControl {
     if (gAct) gAct(*this, told);
   }
   bool IsTransparentAt(const PointT<double>&) override { return false; }
+  void SetVisible(bool visible) override {
+    LControl::SetVisible(visible);
+    if (!visible && gWhenHidden) gWhenHidden(*this);
+  }
   void MouseEnter() override {
     LControl::MouseEnter();
     Tell("enter");

@@ -189,14 +189,57 @@ TEST_F(WindowInputTest, TheWholeTreeMayBeReplacedInsideAHandler) {
   EXPECT_EQ(TakeLog().back(), "b click");
 }
 
+TEST_F(WindowInputTest, OneTreeAtATimeHangsInTheWindow) {
+  const RCPtr<LControl> first = Main();
+  EXPECT_EQ(Root()->SetTopControl(first), kNothingDone);
+  EXPECT_EQ(Main(), first);
+  EXPECT_TRUE(Child(u"a"));
+  // What goes may set another one.
+  RCPtr<LControl> between = mApplication->CreateControl(u"mainControl");
+  const RCPtr<LControl> last = mApplication->CreateControl(u"mainControl");
+  WindowProbe::gWhenHidden = [&](LControl& hidden) {
+    if (&hidden == first.Get()) Root()->SetTopControl(between);
+  };
+  Root()->SetTopControl(last);
+  WindowProbe::gWhenHidden = nullptr;
+  EXPECT_EQ(Main(), last);
+  EXPECT_EQ(between->GetChildCount(), 0);
+  EXPECT_FALSE(between->GetRootWindow());
+  // One that takes itself out of use leaves nothing behind.
+  last->Destroy();
+  EXPECT_FALSE(Main());
+}
+
+TEST_F(WindowInputTest, TheKeysOfATreeGoWithIt) {
+  const KeyCode key = KeyCodeFromName(u"Ctrl+VKEY_F1");
+  const auto isBound = [&] { return mApplication->GetHotKeys()->HasKey(key); };
+  for (const bool destroysItself : {false, true}) {
+    WindowProbe::gStrings = {{u"GHK.NID_GO", u"Ctrl+VKEY_F1"}};
+    Root()->SetTopControlByName(u"mainControl");
+    WindowProbe::gStrings.clear();
+    EXPECT_TRUE(isBound());
+    if (destroysItself)
+      Main()->Destroy();
+    else
+      EXPECT_EQ(Root()->SetTopControlByName(u""), kSuccess);
+    EXPECT_FALSE(isBound());
+    EXPECT_FALSE(Main());
+    EXPECT_TRUE(mApplication->GetHotKeys()->HasKey(KeyCodeFromName(u"Alt+VKEY_F4")));
+  }
+}
+
 TEST_F(WindowInputTest, AHandlerThatThrowsLeavesTheWindowUsable) {
-  for (const char* event : {"a enter", "a down 10,10", "a up 10,10", "a click"}) {
+  for (const char* event : {"a enter", "a down 10,10", "a up 10,10", "a click", "a leave"}) {
     TearDown();
     SetUp();
     WindowProbe::gAct = [event](WindowProbe&, const std::string& told) {
       if (told == event) throw std::runtime_error("handler");
     };
-    EXPECT_THROW(Click(10, 10), std::runtime_error) << event;
+    const auto act = [this] {
+      Click(10, 10);
+      Listener().OnMouseMove(At(110, 10));
+    };
+    EXPECT_THROW(act(), std::runtime_error) << event;
     WindowProbe::gAct = nullptr;
     Listener().OnMouseRelease(At(10, 10));
     TakeLog();

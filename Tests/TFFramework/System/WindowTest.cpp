@@ -285,7 +285,7 @@ TEST(WindowPlacementTest, RefusesRecordsThatAreNone) {
   EXPECT_FALSE(WindowPlacement::Decode(placement.Encode()));
 }
 
-TEST(FrameStyleTest, FollowsTheLimitsOfTheTopControl) {
+TEST(ResizableTest, FollowsTheLimitsOfTheTopControl) {
   const LayoutLimit none;
   const LayoutLimit fixed{false, u"", 0, 100};
   const LayoutLimit more{false, u"", 0, 200};
@@ -293,20 +293,20 @@ TEST(FrameStyleTest, FollowsTheLimitsOfTheTopControl) {
   struct Case {
     LayoutLimit mMinimum;
     LayoutLimit mMaximum;
-    WindowFrameStyle mStyle;
+    bool mIsResizable;
   };
-  for (const Case& each : {Case{none, none, {true, true}},
-                           {fixed, none, {true, true}},
-                           {fixed, more, {true, false}},
-                           {fixed, fixed, {false, false}},
-                           {named, named, {false, false}},
-                           {fixed, named, {true, false}}}) {
+  for (const Case& each : {Case{none, none, true},
+                           {fixed, none, true},
+                           {fixed, more, true},
+                           {fixed, fixed, false},
+                           {named, named, false},
+                           {fixed, named, true}}) {
     LayoutValues layout;
     for (const LayoutAxis axis : {LayoutAxis::kX, LayoutAxis::kY}) {
       layout.Axis(axis).mMinimum = each.mMinimum;
       layout.Axis(axis).mMaximum = each.mMaximum;
     }
-    EXPECT_EQ(FrameStyleOf(layout), each.mStyle);
+    EXPECT_EQ(IsResizable(layout), each.mIsResizable);
   }
 }
 

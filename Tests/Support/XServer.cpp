@@ -45,6 +45,8 @@ XServer::XServer(const std::string& screen) {
   if (number.empty()) throw std::runtime_error("the X server does not start");
   mDisplay = ":" + number;
   setenv("DISPLAY", mDisplay.c_str(), 1);
+  // A display of its own has no session bus; the libraries of windows would try to launch one.
+  setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
 }
 
 XServer::~XServer() {

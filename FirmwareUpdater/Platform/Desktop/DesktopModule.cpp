@@ -33,9 +33,6 @@ CairoOptionsHandle TextOptions() {
 // The libraries keep what they share between all users for the whole process: Pango looks for fonts on
 // a thread of its own, under which Cairo and fontconfig cannot be ended.
 DesktopModule::~DesktopModule() {
-  // The connection ends with the process: other threads may still wake the window system, and who ends
-  // it behind a display that is gone only waits.
-  static_cast<void>(mWindowSystem.release());
   if (LiveObject::GetCount() == 0) return;
   // Who outlives the desktop still draws with these.
   static_cast<void>(mTextContext.release());
@@ -65,9 +62,11 @@ std::unique_ptr<SplashSurface> DesktopModule::OpenSplash(const SplashPicture& pi
   return OpenXcbSplash(picture, title);
 }
 
+// The connection ends with the process: other threads may still wake the window system, and who ends it
+// behind a display that is gone only waits.
 WindowSystem& DesktopModule::GetWindowSystem() {
-  if (!mWindowSystem) mWindowSystem = std::make_unique<SdlWindowSystem>();
-  return *mWindowSystem;
+  static WindowSystem& windowSystem = *new SdlWindowSystem;
+  return windowSystem;
 }
 
 std::unique_ptr<ProfileStore> DesktopModule::OpenProfile(const std::u16string& path) {

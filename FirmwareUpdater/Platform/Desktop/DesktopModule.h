@@ -29,7 +29,6 @@ class DesktopModule : public Desktop {
   // Made with the first font: looking for fonts takes milliseconds.
   GObjectHandle<PangoFontMap> mFontMap;
   GObjectHandle<PangoContext> mTextContext;
-  std::unique_ptr<WindowSystem> mWindowSystem;
 };
 
 }  // namespace Platform

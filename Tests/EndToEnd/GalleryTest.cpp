@@ -158,7 +158,8 @@ TEST(GalleryWithoutADisplay, SaysWhichOneItTriedAndEnds) {
   for (const char* display : {":77", ""}) {
     ProgramOptions options;
     options.mProgram = "tessel-gallery";
-    options.mEnvironment = {{"DISPLAY", display}, {"WAYLAND_DISPLAY", ""}};
+    options.mEnvironment = {
+        {"DISPLAY", display}, {"WAYLAND_DISPLAY", ""}, {"DBUS_SESSION_BUS_ADDRESS", "disabled:"}};
     ProgramRun run(options);
     EXPECT_EQ(run.Wait(), 0);
     EXPECT_NE(run.Errors().find(*display ? "DISPLAY=\":77\"" : "DISPLAY is not set"), std::string::npos)

@@ -7,9 +7,8 @@
 
 namespace TestSupport {
 
-// An X server without a screen to look at, for the life of this object, and DISPLAY set to it; without a
-// session bus.
-// Throws runtime_error when none starts.
+// An X server without a screen to look at, for the life of this object, and DISPLAY set to it. No session
+// bus belongs to it. Throws runtime_error when none starts.
 class XServer {
  public:
   // "WIDTHxHEIGHTxDEPTH".

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <optional>
 #include <stdexcept>
@@ -283,17 +284,105 @@ TEST_F(WindowSystemTest, KeepsWhoDragsTheFrameWithinTheLimits) {
   EXPECT_TRUE(UntilTold("size 220x160"));
 }
 
+// As the display changes it before the program hears of that.
+TEST_F(WindowSystemTest, NewLimitsLeaveTheSizeThatTheUserHasMade) {
+  const std::string handle = std::to_string(mWindow->GetNativeHandle());
+  Shell("xdotool windowsize --sync " + handle + " 380 260");
+  mWindow->SetSizeLimits({200, 150}, {500, 500});
+  EXPECT_EQ(mWindow->GetClientRect(), (PixelRect{100, 120, 380, 260}));
+  EXPECT_TRUE(UntilTold("size 380x260"));
+}
+
+TEST_F(WindowSystemTest, StandsWhereItIsPutWithItsFrameAround) {
+  EXPECT_EQ(mWindow->GetClientRect(), (PixelRect{100, 120, 300, 200}));
+  const PixelRect frame = mWindow->GetFrameRect();
+  EXPECT_LT(frame.mY, 120);
+  EXPECT_GT(frame.mHeight, 200);
+  mWindow->SetClientRect({50, 60, 320, 240});
+  EXPECT_TRUE(UntilTold("size 320x240"));
+  EXPECT_EQ(mWindow->GetClientRect(), (PixelRect{50, 60, 320, 240}));
+  Shell("xdotool windowmove --sync " + std::to_string(mWindow->GetNativeHandle()) + " 200 210");
+  EXPECT_TRUE(UntilTold("place"));
+  EXPECT_NE(mWindow->GetNativeHandle(), 0U);
+  EXPECT_THAT(mRecorder.Only({"size"}), ElementsAre("size 320x240"));
+  const PixelRect area = mSystem->GetWorkArea();
+  EXPECT_EQ(area, (PixelRect{0, 0, 800, 600}));
+}
+
+TEST_F(WindowSystemTest, FollowsADragOutsideAndTellsTheLeaveBehindTheRelease) {
+  Shell(At(10, 20) + "mousedown 1");
+  EXPECT_TRUE(UntilTold("press 1 10,20"));
+  Shell("xdotool mousemove 90 100 mousemove 80 90");
+  EXPECT_TRUE(UntilTold("move -20,-30"));
+  PixelPoint point;
+  EXPECT_TRUE(mSystem->GetCursorPosition(point));
+  EXPECT_EQ(point, (PixelPoint{80, 90}));
+  EXPECT_FALSE(mRecorder.Has("leave"));
+  Shell("xdotool mouseup 1");
+  EXPECT_TRUE(UntilTold("leave"));
+  Shell(At(30, 30));
+  EXPECT_TRUE(UntilTold("move 30,30"));
+  EXPECT_THAT(mRecorder.Only({"press", "release", "leave"}),
+              ElementsAre("press 1 10,20", "release 1 -20,-30", "leave"));
+  mRecorder.Clear();
+  Shell("xdotool mousemove 600 500");
+  EXPECT_TRUE(UntilTold("leave"));
+  EXPECT_FALSE(mRecorder.Has("move 0,0"));
+  EXPECT_TRUE(mSystem->SetCursorPosition({150, 160}));
+  EXPECT_TRUE(UntilTold("move 50,40"));
+  EXPECT_TRUE(mSystem->GetCursorPosition(point));
+  EXPECT_EQ(point, (PixelPoint{150, 160}));
+}
+
+TEST_F(WindowSystemTest, CountsAPressAsActivationAndTellsTheOldWindowFirst) {
+  TestSupport::WindowRecorder other;
+  std::unique_ptr<Window> second;
+  std::vector<std::string> order;
+  Open(second, other, {450, 120, 200, 150});
+  EXPECT_TRUE(Until([&] { return second->HasFocus(); }));
+  EXPECT_TRUE(mRecorder.Has("no focus"));
+  mRecorder.Clear();
+  other.Clear();
+  mRecorder.mOnLine = [&](const std::string& line) { order.push_back("first: " + line); };
+  other.mOnLine = [&](const std::string& line) { order.push_back("second: " + line); };
+  Shell(At(40, 60) + "click 1");
+  EXPECT_TRUE(UntilTold("release 1 40,60"));
+  std::erase_if(order, [](const std::string& line) {
+    return line.find("focus") == std::string::npos && line.find("press") == std::string::npos;
+  });
+  EXPECT_THAT(order, ElementsAre("second: no focus", "first: focus", "first: press 1 40,60"));
+  EXPECT_TRUE(mWindow->HasFocus());
+}
+
+TEST_F(WindowSystemTest, SurvivesTheEndOfAWindowInsideAnyOfItsCalls) {
+  for (const char* const last : {"press 1 10,20", "key 0x41 down 0x3", "focus", "move 10,20"}) {
+    Shell("xdotool mousemove 790 590");
+    Open(mWindow, mRecorder, {100, 120, 300, 200});
+    mRecorder.Clear();
+    bool ended = false;
+    mRecorder.mOnLine = [&](const std::string& line) {
+      if (line != last) return;
+      mWindow.reset();
+      ended = true;
+    };
+    Shell(At(10, 20));
+    EXPECT_TRUE(Until([&] { return ended || (mWindow->HasFocus() && mRecorder.Has("move 10,20")); }));
+    if (!ended) Shell(At(10, 20) + "click 1 key ctrl+a");
+    EXPECT_TRUE(Until([&] { return ended; })) << last;
+  }
+}
+
 TEST_F(WindowSystemTest, SharesTheClipboard) {
   std::string text;
   EXPECT_TRUE(mSystem->SetClipboardText("Gr\xC3\xBC\xC3\x9F\x65"));
-  bool done = false;
+  std::atomic<bool> done = false;
   std::string pasted;
   std::thread reader([&] {
     pasted = Shell("timeout 20 xclip -selection clipboard -o");
     done = true;
     mSystem->Wake();
   });
-  EXPECT_TRUE(Until([&] { return done; }));
+  EXPECT_TRUE(Until([&] { return done.load(); }));
   reader.join();
   EXPECT_EQ(pasted, "Gr\xC3\xBC\xC3\x9F\x65");
   Shell(

@@ -34,6 +34,7 @@ void FakePlatformWindow::SetSizeLimits(const Platform::PixelSize& minimum,
 }
 
 void FakePlatformWindow::Show(Platform::WindowShow command) {
+  if (!mIsVisible) mCalls.push_back("show");
   mIsVisible = command != Platform::WindowShow::kHide;
   mIsMinimized = command == Platform::WindowShow::kMinimize;
   mIsMaximized = command == Platform::WindowShow::kMaximize;

@@ -104,6 +104,8 @@ void SdlWindow::SetClientRect(const PixelRect& rect) {
 }
 
 void SdlWindow::SetSizeLimits(const PixelSize& minimum, const PixelSize& maximum) {
+  // SDL takes back the size that it knows of, with each limit: it must know what the user did.
+  SDL_PumpEvents();
   // SDL refuses a minimum above the maximum of the moment.
   SDL_SetWindowMaximumSize(mWindow.get(), kNoLimit, kNoLimit);
   SDL_SetWindowMinimumSize(mWindow.get(), std::max(minimum.mWidth, 1), std::max(minimum.mHeight, 1));

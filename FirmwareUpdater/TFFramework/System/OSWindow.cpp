@@ -144,6 +144,8 @@ TFRESULT OSWindow::Show(std::int32_t command) {
   if (!mWindow) return kFailure;
   const auto show = ShowOf(command);
   if (!show) return kFailure;
+  // Once the window shows, its user may be resizing it already.
+  TellSizeLimits();
   mWindow->Show(*show);
   return kSuccess;
 }

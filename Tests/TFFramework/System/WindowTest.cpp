@@ -124,6 +124,7 @@ TEST_F(WindowTest, TellsTheDisplayTheLimitsOfTheSkinAndCorrectsASizeOnce) {
   MakeWindow("XSizeAbs='400' XMinSizeAbs='200' XMaxSizeAbs='500' YSizeAbs='300' YMinSizeAbs='100'", "");
   EXPECT_EQ(Window().mMinimum, (Platform::PixelSize{200, 100}));
   EXPECT_EQ(Window().mMaximum, (Platform::PixelSize{500, 0}));
+  EXPECT_EQ(Window().mCalls, Texts({"limits", "show", "raise"}));
   Window().mCalls.clear();
   for (int i = 0; i < 3; ++i) {
     Window().mClient = {0, 0, 100, 50};

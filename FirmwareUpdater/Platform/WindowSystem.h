@@ -33,11 +33,20 @@ enum class MessageIcon { kNone, kInformation, kQuestion, kWarning, kError };
 enum class MessageButtons { kOk, kOkCancel, kYesNo, kYesNoCancel };
 enum class MessageAnswer { kOk = 1, kCancel = 2, kYes = 6, kNo = 7 };
 
+// What the buttons say, UTF-8.
+struct MessageLabels {
+  std::string mOk = "OK";
+  std::string mCancel = "Cancel";
+  std::string mYes = "Yes";
+  std::string mNo = "No";
+};
+
 struct MessageRequest {
   std::string mText;  // UTF-8, as the caption; line feeds break lines.
   std::string mCaption;
   MessageIcon mIcon = MessageIcon::kNone;
   MessageButtons mButtons = MessageButtons::kOk;
+  MessageLabels mLabels = {};
 };
 
 // Windows, input, cursors, messages and the clipboard of the display that the program runs on.
@@ -89,7 +98,8 @@ class WindowSystem {
   // Shows a text in a window of its own, above the window with the keyboard or else the first one, and
   // returns when the user has answered; meanwhile no other window hears input, and their OnPaint waits.
   // Closing it is kCancel, with one button kOk, with kYesNo kNo; a wish to quit closes it, too, and stays
-  // for TakeQuitRequest.
+  // for TakeQuitRequest. What the screen has no room for is left out; Ctrl+C copies all.
+  // Throws runtime_error when there is no window to be had.
   virtual MessageAnswer ShowMessage(const MessageRequest& request) = 0;
 
   // UTF-8. False when the display does not take or give it.

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstdlib>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -14,8 +13,7 @@
 #include "Platform/Desktop.h"
 #include "Tests/Support/DesktopWindow.h"
 #include "Tests/Support/ScreenPixels.h"
-#include "Tests/Support/WindowManager.h"
-#include "Tests/Support/XServer.h"
+#include "Tests/Support/TestScreen.h"
 
 namespace Platform {
 namespace {
@@ -24,25 +22,10 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using TestSupport::Shell;
 
-// The window system lives as long as the process, and so must its display.
-class Screen {
- public:
-  static Screen& Get() {
-    static Screen screen;
-    setenv("DISPLAY", screen.mServer.GetDisplay().c_str(), 1);
-    return screen;
-  }
-
- private:
-  TestSupport::XServer mServer{"800x600x24"};
-  TestSupport::WindowManager mManager;
-};
-
 class WindowSystemTest : public testing::Test {
  protected:
   WindowSystemTest() {
-    Screen::Get();
-    unsetenv("WAYLAND_DISPLAY");
+    TestSupport::StartTestScreen();
     mSystem = &GetDesktop().GetWindowSystem();
     Shell("xdotool mousemove 790 590");
     Open(mWindow, mRecorder, {100, 120, 300, 200});
@@ -310,8 +293,8 @@ TEST_F(WindowSystemTest, StandsWhereItIsPutWithItsFrameAround) {
 }
 
 TEST_F(WindowSystemTest, FollowsADragOutsideAndTellsTheLeaveBehindTheRelease) {
-  Shell(At(10, 20) + "mousedown 1");
-  EXPECT_TRUE(UntilTold("press 1 10,20"));
+  Shell(At(40, 70) + "mousedown 1");
+  EXPECT_TRUE(UntilTold("press 1 40,70"));
   Shell("xdotool mousemove 90 100 mousemove 80 90");
   EXPECT_TRUE(UntilTold("move -20,-30"));
   PixelPoint point;
@@ -323,7 +306,7 @@ TEST_F(WindowSystemTest, FollowsADragOutsideAndTellsTheLeaveBehindTheRelease) {
   Shell(At(30, 30));
   EXPECT_TRUE(UntilTold("move 30,30"));
   EXPECT_THAT(mRecorder.Only({"press", "release", "leave"}),
-              ElementsAre("press 1 10,20", "release 1 -20,-30", "leave"));
+              ElementsAre("press 1 40,70", "release 1 -20,-30", "leave"));
   mRecorder.Clear();
   Shell("xdotool mousemove 600 500");
   EXPECT_TRUE(UntilTold("leave"));
@@ -389,6 +372,20 @@ TEST_F(WindowSystemTest, SharesTheClipboard) {
       "printf 'from elsewhere' | timeout 30 xclip -selection clipboard -i -quiet -loops 1 "
       ">/dev/null 2>&1 &");
   EXPECT_TRUE(Until([&] { return mSystem->GetClipboardText(text) && text == "from elsewhere"; }));
+}
+
+TEST_F(WindowSystemTest, AnErrorOfTheDisplayDoesNotEndTheProgram) {
+  // SDL cannot end a window that the display has lost.
+  static TestSupport::WindowRecorder other;
+  static std::unique_ptr<Window> lost;
+  Open(lost, other, {450, 120, 200, 150});
+  EXPECT_TRUE(Until([&] { return lost->HasFocus(); }));
+  Shell("xdotool windowclose " + std::to_string(lost->GetNativeHandle()));
+  lost->SetTitle("Nowhere");
+  static const Window* const kept = lost.release();
+  EXPECT_NE(kept, nullptr);
+  Shell(At(10, 20) + "click 1");
+  EXPECT_TRUE(UntilTold("release 1 10,20"));
 }
 
 TEST_F(WindowSystemTest, MakesEveryCursorOnce) {

@@ -65,7 +65,7 @@ std::unique_ptr<SplashSurface> DesktopModule::OpenSplash(const SplashPicture& pi
 // The connection ends with the process: other threads may still wake the window system, and who ends it
 // behind a display that is gone only waits.
 WindowSystem& DesktopModule::GetWindowSystem() {
-  static WindowSystem& windowSystem = *new SdlWindowSystem;
+  static WindowSystem& windowSystem = *new SdlWindowSystem([this] { return GetTextContext(); });
   return windowSystem;
 }
 

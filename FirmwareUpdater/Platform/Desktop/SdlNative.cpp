@@ -1,12 +1,15 @@
 #include "Platform/Desktop/SdlNative.h"
 
 #include <SDL_syswm.h>
+#include <X11/Xlib.h>
 #include <xcb/xcb.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <string>
 
+#include "Platform/DebugOutput.h"
 #include "Platform/Desktop/Handles.h"
 #include "Platform/Desktop/SdlVideo.h"
 
@@ -17,6 +20,12 @@ namespace {
 constexpr xcb_keycode_t kRightAltKeycode = 108;
 constexpr xcb_keysym_t kLevel3Shift = 0xFE03;
 constexpr xcb_keysym_t kModeSwitch = 0xFF7E;
+
+int WriteDownError(Display*, XErrorEvent* error) {
+  WriteDebugOutput("The X server reports error " + std::to_string(error->error_code) + " of request " +
+                   std::to_string(error->request_code) + "." + std::to_string(error->minor_code));
+  return 0;
+}
 
 }  // namespace
 
@@ -38,6 +47,10 @@ bool HasAltGr() {
   const xcb_keysym_t* const end = first + xcb_get_keyboard_mapping_keysyms_length(reply.get());
   return std::any_of(first, end,
                      [](xcb_keysym_t symbol) { return symbol == kLevel3Shift || symbol == kModeSwitch; });
+}
+
+void ForgiveDisplayErrors() {
+  XSetErrorHandler(WriteDownError);
 }
 
 }  // namespace Platform

@@ -14,4 +14,8 @@ std::uintptr_t NativeHandleOf(SDL_Window* window);
 // it counts as true: typing goes before shortcuts.
 bool HasAltGr();
 
+// From now on an error that the X server reports is only written down. Unforgiven it would end the
+// program, and SDL itself causes some: its wake-ups go to windows that may be gone by then.
+void ForgiveDisplayErrors();
+
 }  // namespace Platform

@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "Platform/Desktop/SdlNative.h"
+
 namespace Platform {
 
 namespace {
@@ -54,6 +56,7 @@ void StartSdlVideo() {
     throw std::runtime_error("no display to show windows on: " + Describe("DISPLAY") + ", " +
                              Describe("WAYLAND_DISPLAY"));
   }
+  if (IsOnX11()) ForgiveDisplayErrors();
   // There, SDL has no other way to show pixels.
   if (IsDriver(kWayland)) SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "1");
 }

@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <limits>
 #include <stdexcept>
+#include <utility>
 
+#include "Platform/Desktop/MessageWindow.h"
 #include "Platform/Desktop/SdlVideo.h"
 #include "Platform/Desktop/SdlWindow.h"
 
@@ -21,10 +23,26 @@ std::uint32_t StartAndRegister() {
 }
 
 constexpr std::uint32_t kFirstScreen = 0;
+constexpr std::uint32_t kMessageTick = 1000;  // ms; each event ends it sooner.
+
+// Lets one window alone hear input.
+class ModalTurn {
+ public:
+  ModalTurn(std::uint32_t& modal, std::uint32_t window)
+      : mModal(modal), mBefore(std::exchange(modal, window)) {}
+  ModalTurn(const ModalTurn&) = delete;
+  ModalTurn& operator=(const ModalTurn&) = delete;
+  ~ModalTurn() { mModal = mBefore; }
+
+ private:
+  std::uint32_t& mModal;
+  const std::uint32_t mBefore;
+};
 
 }  // namespace
 
-SdlWindowSystem::SdlWindowSystem() : mUserEvent(StartAndRegister()) {
+SdlWindowSystem::SdlWindowSystem(TextContextSource textContext)
+    : mTextContext(std::move(textContext)), mUserEvent(StartAndRegister()) {
   SDL_StartTextInput();
 }
 
@@ -56,7 +74,7 @@ void SdlWindowSystem::DispatchPaints() {
 }
 
 void SdlWindowSystem::Wait(std::uint32_t milliseconds) {
-  if ((mModal == 0 && mIsWoken) || NeedsPaint() || !mPending.empty()) return;
+  if (mIsWoken || NeedsPaint() || !mPending.empty()) return;
   constexpr std::uint32_t kLongest = std::numeric_limits<int>::max();
   SDL_WaitEventTimeout(nullptr, milliseconds > kLongest ? -1 : static_cast<int>(milliseconds));
 }
@@ -108,8 +126,19 @@ PixelRect SdlWindowSystem::GetWorkArea() {
 }
 
 MessageAnswer SdlWindowSystem::ShowMessage(const MessageRequest& request) {
-  static_cast<void>(request);
-  throw std::runtime_error("messages cannot be shown yet");
+  MessageWindow message(*this, mTextContext(), request, FindMessageParent());
+  {
+    const ModalTurn turn(mModal, static_cast<SdlWindow&>(message.GetWindow()).GetId());
+    while (!message.GetAnswer()) {
+      DispatchInput();
+      if (mQuitRequested) message.Dismiss();
+      DispatchPaints();
+      if (!message.GetAnswer()) Wait(kMessageTick);
+    }
+  }
+  // Wake-ups that came meanwhile were not for the message.
+  Wake();
+  return *message.GetAnswer();
 }
 
 bool SdlWindowSystem::SetClipboardText(const std::string& text) {
@@ -170,6 +199,13 @@ SdlWindow* SdlWindowSystem::FindInputWindow(std::uint32_t id) const {
   if (mModal != 0 && id != mModal) return nullptr;
   SdlWindow* const window = FindWindow(id);
   return window && window->IsEnabled() ? window : nullptr;
+}
+
+SdlWindow* SdlWindowSystem::FindMessageParent() const {
+  if (SdlWindow* const focused = FindWindow(mFocus)) return focused;
+  const auto visible = std::find_if(mWindows.begin(), mWindows.end(),
+                                    [](const SdlWindow* window) { return window->IsVisible(); });
+  return visible == mWindows.end() ? nullptr : *visible;
 }
 
 bool SdlWindowSystem::NeedsPaint() const {

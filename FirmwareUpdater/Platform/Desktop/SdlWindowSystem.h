@@ -1,10 +1,12 @@
 #pragma once
 
 #include <SDL_events.h>
+#include <pango/pango.h>
 
 #include <atomic>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,8 +26,10 @@ class SdlWindow;
 // what is left of them waits in front of the others.
 class SdlWindowSystem : public WindowSystem {
  public:
-  // Throws runtime_error that names the displays tried.
-  SdlWindowSystem();
+  using TextContextSource = std::function<PangoContext*()>;
+
+  // The source is asked with the first message. Throws runtime_error that names the displays tried.
+  explicit SdlWindowSystem(TextContextSource textContext);
 
   std::unique_ptr<Window> CreateWindow(const WindowDescription& description,
                                        WindowListener& listener) override;
@@ -71,6 +75,7 @@ class SdlWindowSystem : public WindowSystem {
   // Null for a window that hears no input.
   SdlWindow* FindInputWindow(std::uint32_t id) const;
   bool NeedsPaint() const;
+  SdlWindow* FindMessageParent() const;
 
   // True for input.
   bool HandleEvent(const SDL_Event& event);
@@ -87,6 +92,7 @@ class SdlWindowSystem : public WindowSystem {
   void HandleDisplayChange();
   bool IsLeaveNext(std::uint32_t window) const;
 
+  const TextContextSource mTextContext;
   const std::uint32_t mUserEvent;
   SdlInput mInput;
   SdlCursors mCursors;

@@ -3,6 +3,7 @@
 
 #include "TFFramework/Application/CursorTable.h"
 #include "TFFramework/Application/FrameworkApp.h"
+#include "TFFramework/Application/MessageLabels.h"
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/Renderer/Renderer.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
@@ -77,7 +78,8 @@ Platform::MessageAnswer LFrameworkApp::MessageBox(const String& text, const Stri
                                                   std::uint32_t flags) {
   try {
     if (mWindowSystem)
-      return mWindowSystem->ShowMessage({ToUtf8(text), ToUtf8(caption), IconOf(flags), ButtonsOf(flags)});
+      return mWindowSystem->ShowMessage(
+          {ToUtf8(text), ToUtf8(caption), IconOf(flags), ButtonsOf(flags), MessageLabelsOf(GetLanguage())});
   } catch (const std::exception& exception) {
     LogRecord(exception.what());
   }

@@ -17,7 +17,9 @@ FakePlatformWindow::~FakePlatformWindow() {
   std::erase(mSystem.mWindows, this);
 }
 
-void FakePlatformWindow::Present(const Platform::PixelView&, std::span<const Platform::PixelRect> rects) {
+void FakePlatformWindow::Present(const Platform::PixelView& pixels,
+                                 std::span<const Platform::PixelRect> rects) {
+  mPixels = pixels;
   mPresented.insert(mPresented.end(), rects.begin(), rects.end());
 }
 

@@ -55,6 +55,7 @@ class FakePlatformWindow : public Platform::Window {
   bool mNeedsPaint = false;
   std::vector<std::string> mCalls;
   std::vector<Platform::PixelRect> mPresented;  // Of all calls.
+  Platform::PixelView mPixels;                  // Of the last call.
 };
 
 // A display that does what a test has queued for it.

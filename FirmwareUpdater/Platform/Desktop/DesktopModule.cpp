@@ -65,6 +65,8 @@ std::unique_ptr<SplashSurface> DesktopModule::OpenSplash(const SplashPicture& pi
 // The connection ends with the process: other threads may still wake the window system, and who ends it
 // behind a display that is gone only waits.
 WindowSystem& DesktopModule::GetWindowSystem() {
+  // Pango reads about the fonts on its own thread while the display is found.
+  GetTextContext();
   static WindowSystem& windowSystem = *new SdlWindowSystem([this] { return GetTextContext(); });
   return windowSystem;
 }

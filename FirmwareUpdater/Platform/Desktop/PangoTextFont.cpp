@@ -105,8 +105,8 @@ PangoTextFont::TextLayout PangoTextFont::MakeLayout(std::u16string_view text) co
   const std::string utf8 = CleanUtf8(text);
   pango_layout_set_text(layout, utf8.data(), static_cast<int>(utf8.size()));
   PangoRectangle logical;
-  pango_layout_get_extents(layout, nullptr, &logical);
-  pango_layout_get_pixel_extents(layout, &result.mInk, nullptr);
+  pango_layout_get_extents(layout, &result.mInk, &logical);
+  pango_extents_to_pixels(&result.mInk, nullptr);
   result.mWidth = static_cast<double>(logical.x + logical.width) / PANGO_SCALE;
   result.mBaseline = static_cast<double>(pango_layout_get_baseline(layout)) / PANGO_SCALE;
   return result;

@@ -121,7 +121,10 @@ void SdlWindow::Show(WindowShow command) {
   if (mPlaceToTake) {
     // By this SDL learns how thick the frame is, which stands around the place so far.
     SDL_PumpEvents();
-    Place(*std::exchange(mPlaceToTake, std::nullopt));
+    const PixelPoint place = *std::exchange(mPlaceToTake, std::nullopt);
+    const PixelRect shown = GetClientRect();
+    // Each placing waits for the window manager.
+    if (PixelPoint{shown.mX, shown.mY} != place) Place(place);
   }
   if (command == WindowShow::kMinimize) SDL_MinimizeWindow(mWindow.get());
   if (command == WindowShow::kMaximize) SDL_MaximizeWindow(mWindow.get());

@@ -515,6 +515,7 @@ class LControl : public virtual LNotificationClient,
   void RebuildBackingStore();
 
   // Drawing.
+  void ForEachLook(const RCPtr<LRenderer>& renderer, const std::function<void(LLook&)>& draw);
   void DrawLooks(const RCPtr<LRenderer>& renderer, const Region& dirty);
   void DrawContent(const RCPtr<LRenderer>& renderer, const Region& dirty, RCPtrArray<LControl>& deferred);
   void DrawTexts(const RCPtr<LRenderer>& renderer, const Region& dirty);

@@ -71,18 +71,25 @@ TFRESULT LControl::Render(const RCPtr<LRenderer>& renderer, const Region& dirty,
   return kSuccess;
 }
 
-void LControl::DrawLooks(const RCPtr<LRenderer>& renderer, const Region& dirty) {
-  const auto drawAll = [&](auto draw) {
-    for (std::int32_t slot = 0; slot < mLooks.GetCount(); ++slot) {
-      const RCPtr<LLook> look = mLooks[slot];
-      if (!look || !(GetLookAlpha(slot) > 0)) continue;
-      const CAutoClip saved(renderer, ClipFlavor{});
-      renderer->GetState()->mAlpha *= GetLookAlpha(slot);
+// Those that have a weight, in the order of their slots; a part of the whole weight goes into the alpha.
+void LControl::ForEachLook(const RCPtr<LRenderer>& renderer, const std::function<void(LLook&)>& draw) {
+  for (std::int32_t slot = 0; slot < mLooks.GetCount(); ++slot) {
+    const RCPtr<LLook> look = mLooks[slot];
+    const float alpha = GetLookAlpha(slot);
+    if (!look || !(alpha > 0)) continue;
+    if (alpha == 1) {
       draw(*look);
+      continue;
     }
-  };
-  drawAll([&](LLook& look) { look.RenderClient(renderer, dirty); });
-  drawAll([&](LLook& look) { look.RenderNonClient(renderer, dirty); });
+    const CAutoClip saved(renderer, ClipFlavor{});
+    renderer->GetState()->mAlpha *= alpha;
+    draw(*look);
+  }
+}
+
+void LControl::DrawLooks(const RCPtr<LRenderer>& renderer, const Region& dirty) {
+  ForEachLook(renderer, [&](LLook& look) { look.RenderClient(renderer, dirty); });
+  ForEachLook(renderer, [&](LLook& look) { look.RenderNonClient(renderer, dirty); });
 }
 
 void LControl::DrawContent(const RCPtr<LRenderer>& renderer, const Region& dirty,
@@ -100,13 +107,7 @@ void LControl::DrawContent(const RCPtr<LRenderer>& renderer, const Region& dirty
 
 void LControl::DrawTexts(const RCPtr<LRenderer>& renderer, const Region& dirty) {
   const PointT<double> offset = mLookShowsScroll ? mScrollOffset : PointT<double>();
-  for (std::int32_t slot = 0; slot < mLooks.GetCount(); ++slot) {
-    const RCPtr<LLook> look = mLooks[slot];
-    if (!look || !(GetLookAlpha(slot) > 0)) continue;
-    const CAutoClip saved(renderer, ClipFlavor{});
-    renderer->GetState()->mAlpha *= GetLookAlpha(slot);
-    look->RenderText(renderer, dirty, offset);
-  }
+  ForEachLook(renderer, [&](LLook& look) { look.RenderText(renderer, dirty, offset); });
 }
 
 // Bars that are docked on both axes stand beside the client area, which clips all others.

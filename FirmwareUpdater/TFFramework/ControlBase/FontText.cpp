@@ -108,8 +108,9 @@ std::vector<std::u16string_view> LFontText::MakeLines(float width) const {
 }
 
 void LFontText::Update() const {
+  if (!mLines.empty() && mIsMeasured) return;
   const bool canMeasure = GetMeasuringRenderer() != nullptr;
-  if (!mLines.empty() && (mIsMeasured || !canMeasure)) return;
+  if (!mLines.empty() && !canMeasure) return;
   mIsMeasured = canMeasure;
   mLineRects.clear();
   const auto lines = MakeLines(static_cast<float>(mRectSize.mWidth));

@@ -22,6 +22,8 @@ bool Fits(View line, std::size_t count, float width, const MeasureWidth& measure
 
 // How many characters of a line fit, found by halves.
 std::size_t FindFitting(View line, float width, const MeasureWidth& measure) {
+  // As for a control that has no size yet.
+  if (width <= 0) return 0;
   std::size_t fits = 0;
   std::size_t tooLong = kFirstGuess;
   while (tooLong < line.size() && Fits(line, tooLong, width, measure))

@@ -57,6 +57,12 @@ TEST(LineBreaker, ALongTextIsNotMeasuredOverAndOver) {
     });
     EXPECT_GE(lines.size(), 190U);
     EXPECT_LT(measured, text.size() * 20);
+    measured = 0;
+    TF::BreakLines(text, -8, [&measured](std::u16string_view part) {
+      measured += part.size();
+      return static_cast<float>(part.size());
+    });
+    EXPECT_EQ(measured, 0U);  // Controls without a size yet break their texts, too.
   }
 }
 

@@ -67,14 +67,14 @@ void LGDIRenderer::MakeBuffersFit(LGDIRenderContextInfo& context) {
   const SizeT<std::int32_t> size{context.mRect.mWidth, context.mRect.mHeight};
   if (context.mBackBuffer->HasSize(size) && !context.mRegion.IsRect(context.mRect)) return;
   context.mBackBuffer->Resize(size);
-  context.mAltBuffer->Resize(size);
+  // The other one is cleared when its turn comes.
+  if (!context.mAltBuffer->HasSize(size)) context.mAltBuffer->Resize(size);
 }
 
 TFRESULT LGDIRenderer::RenderFinish(const RCPtr<LRenderContextInfo>& context) {
   const TFRESULT result = LRenderer::RenderFinish(context);
   const RCPtr<LGDIRenderContextInfo> finished = std::exchange(mContext, RCPtr<LGDIRenderContextInfo>());
   mContext = RCPtr<LRenderContextInfo>(GetTopContext());
-  // Its buffers may have been swapped meanwhile.
   ApplyClip();
   if (finished && !finished->mIsOffscreen && finished->mWindow) Show(*finished);
   PurgeNowAndThen();
@@ -100,8 +100,12 @@ void LGDIRenderer::PurgeNowAndThen() {
   mLastPurgeTick = now;
 }
 
+// The clip changes more often than something is drawn.
 Platform::Canvas* LGDIRenderer::GetCanvas() {
-  return mContext ? &mContext->mBackBuffer->GetCanvas() : nullptr;
+  if (!mContext) return nullptr;
+  Platform::Canvas& canvas = mContext->mBackBuffer->GetCanvas();
+  canvas.SetClip(ToPixels(mTargetClip));
+  return &canvas;
 }
 
 void LGDIRenderer::SetClipRect(const RectT<double>& rect) {
@@ -111,7 +115,10 @@ void LGDIRenderer::SetClipRect(const RectT<double>& rect) {
 
 // The canvas knows no origin: every operation adds it, so that only the clip must be handed over.
 void LGDIRenderer::ApplyClip() {
-  if (mContext) GetCanvas()->SetClip(ToTarget(mContext->mState.mClip));
+  if (!mContext) return;
+  const RenderState& state = mContext->mState;
+  mTargetClip = {state.mOrigin.mX + state.mClip.mX, state.mOrigin.mY + state.mClip.mY, state.mClip.mWidth,
+                 state.mClip.mHeight};
 }
 
 Platform::PixelRect LGDIRenderer::ToTarget(const RectT<double>& rect) const {
@@ -179,8 +186,6 @@ TFRESULT LGDIRenderer::DrawContextAndSwap(const RCPtr<LRenderContextInfo>& conte
   if (!mContext) return kFailure;
   std::swap(source->mBackBuffer, source->mAltBuffer);
   source->mBackBuffer->GetCanvas().Clear();
-  // A surface may draw its own former picture into the new one, which has no clip yet.
-  if (source == mContext) ApplyClip();
   const SizeT<std::int32_t> size = source->mAltBuffer->GetSize();
   const Platform::CanvasPoint place = ToTarget(point);
   GetCanvas()->DrawCanvas(source->mAltBuffer->GetCanvas(), {0, 0, size.mWidth, size.mHeight},

@@ -66,7 +66,7 @@ class LGDIRenderer : public LRenderer {
     double mAscent = 0;  // Pixels, not rounded.
   };
 
-  // Null outside of a frame.
+  // With the present clip; null outside of a frame.
   Platform::Canvas* GetCanvas();
   static void MakeBuffersFit(LGDIRenderContextInfo& context);
   void ApplyClip();
@@ -87,6 +87,7 @@ class LGDIRenderer : public LRenderer {
   const FontEntry& FindFont(const RCPtr<LFont>& font);
 
   RCPtr<LGDIRenderContextInfo> mContext;  // The top one.
+  RectT<double> mTargetClip;              // Of that one, in its pixels.
   PurgableObjectCache<LCachedBitmap, CashableBitmapDescriptor, CashableBitmapDescriptor,
                       CashableBitmapDescriptor::Key, 8, CashableBitmapDescriptor::Hash>
       mBitmapCache{kCacheCapacity};

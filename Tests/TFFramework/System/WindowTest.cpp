@@ -1,11 +1,15 @@
 #include "TFFramework/System/OSWindow.h"
 
+#include <chrono>
+#include <optional>
 #include <stdexcept>
+#include <thread>
 
 #include "TFFramework/ControlBase/CancelArgs.h"
 #include "TFFramework/ControlBase/WaitCursor.h"
 #include "TFFramework/Notification/Notification.h"
 #include "TFFramework/System/WindowPlacement.h"
+#include "Tests/Support/AllocationCounter.h"
 #include "Tests/TFFramework/System/WindowFixture.h"
 
 namespace TF {
@@ -38,6 +42,14 @@ TEST_F(WindowTest, WithoutItsControlOrAWindowThereIsNoScreen) {
   mSystem.mRefusesWindows = true;
   EXPECT_TRUE(Failed(mApplication->OpenScreen()));
   EXPECT_EQ(mApplication->GetRootWindows().GetCount(), 0);
+}
+
+TEST_F(WindowTest, AControlOfAnUnknownClassEndsTheStartAndLeavesNoWindow) {
+  MakeApplication("<SubControl Class='Probe' Name='mainControl'><Skin>" + Box("a", "") +
+                  "<SubControl Class='Nobody' Name='n'/></Skin></SubControl>");
+  EXPECT_THROW(mApplication->OpenScreen(), std::runtime_error);
+  CloseWindows(*mApplication);
+  EXPECT_TRUE(mSystem.mWindows.empty());
 }
 
 TEST_F(WindowTest, PaintsWhatChangedAndNothingElse) {
@@ -230,6 +242,75 @@ TEST_F(WindowTest, TheLoopIdlesTheControlsThatWantIt) {
   mApplication->Run();
   const Texts log = TakeLog();
   EXPECT_EQ(std::count(log.begin(), log.end(), "a idle"), 2);  // Before the loop and in it.
+}
+
+TEST_F(WindowTest, ASkinThatMakesNoSenseStillMakesAWindowThatPaintsAndIsResized) {
+  std::string many;
+  std::string deep = Box("leaf", "XSizeAbs='5' YSizeAbs='5'");
+  for (int i = 0; i < 10000; ++i)
+    many += Box("box" + std::to_string(i), "XSizeToControl='Client' XSizeRel='0.5' YSizeAbs='20'");
+  for (int i = 0; i < 120; ++i)
+    deep = Box("level" + std::to_string(i), "XSizeToControl='Client' XSizeRel='1.0' XSizeAbs='0'", deep);
+  struct Case {
+    const char* mName;
+    std::string mChildren;
+    int mLeast;  // Controls that paint, the top one included.
+    int mMost;
+  };
+  const Case cases[] = {
+      {"a name twice", Box("a", "XSizeAbs='10'") + Box("a", "XSizeAbs='20'"), 2, 2},
+      {"in a circle",
+       Box("a", "XPositionToControl='b' XPositionRel='1.0'") +
+           Box("b", "XPositionToControl='a' XPositionRel='1.0'"),
+       1, 3},
+      {"of itself", Box("a", "XSizeToControl='a' XSizeRel='2.0' YPositionToControl='a'"), 1, 3},
+      {"no such neighbour", Box("a", "XSizeToControl='nobody' XSizeRel='1.0'"), 1, 3},
+      {"sizes of nothing", Box("a", "XSizeAbs='0' YSizeAbs='0'") + Box("b", "XSizeAbs='-50' YSizeAbs='-1'"),
+       1, 3},
+      {"no numbers",
+       Box("a", "XSizeAbs='nan' YSizeAbs='inf' XPositionAbs='-inf' YPositionRel='1e999' XMinSizeAbs='x'"), 1,
+       3},
+      {"far away", Box("a", "XPositionAbs='1e30' YPositionAbs='-2147483649' XSizeAbs='1e18'"), 1, 3},
+      {"many", many, 16, 10001},
+      {"deep", deep, 100, 122},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.mName);
+    MakeWindow("XSizeAbs='400' YSizeAbs='300'", test.mChildren);
+    Listener().OnDisplayChange();
+    mSystem.DispatchPaints();
+    const Texts log = TakeLog();
+    const auto painted = std::count_if(log.begin(), log.end(),
+                                       [](const std::string& line) { return line.ends_with(" paint"); });
+    EXPECT_GE(painted, test.mLeast);
+    EXPECT_LE(painted, test.mMost);
+    for (const Platform::PixelSize size : {Platform::PixelSize{1, 1}, {900, 700}}) {
+      Window().mClient = {0, 0, size.mWidth, size.mHeight};
+      Listener().OnResize(size);
+      mSystem.DispatchPaints();
+    }
+    Click(3, 3);
+    EXPECT_EQ(Main()->GetBounds(), (RectT<double>{0, 0, 900, 700}));
+  }
+}
+
+TEST_F(WindowTest, AtRestTheLoopTakesNothingFromTheHeap) {
+  constexpr int kTicksBefore = 5;
+  constexpr int kTicks = 15;
+  std::optional<AllocationCounter> counter;
+  std::int64_t allocations = -1;
+  int ticks = 0;
+  const auto rest = [&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(34));  // The timer is due behind it.
+    if (++ticks == kTicksBefore) counter.emplace();
+    if (ticks < kTicks) return;
+    allocations = counter->Count();
+    mApplication->GetApplicationCenter()->Post(LNotification::Create(kAppExitRequest, nullptr));
+    mSystem.Wake();
+  };
+  mSystem.mWaits.assign(kTicks, rest);
+  mApplication->Run();
+  EXPECT_EQ(allocations, 0);
 }
 
 TEST_F(WindowTest, ALaterStartBringsTheWindowToTheFront) {

@@ -61,7 +61,7 @@ bool FakeWindowSystem::DispatchInput() {
 
 void FakeWindowSystem::DispatchPaints() {
   for (std::size_t i = 0; i < mWindows.size(); ++i) {
-    if (std::exchange(mWindows[i]->mNeedsPaint, false)) mWindows[i]->mListener.OnPaint();
+    if (mWindows[i]->mNeedsPaint.exchange(false)) mWindows[i]->mListener.OnPaint();
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <deque>
 #include <functional>
 #include <string>
@@ -52,7 +53,7 @@ class FakePlatformWindow : public Platform::Window {
   bool mIsMaximized = false;
   bool mHasFocus = true;
   bool mIsEnabled = true;
-  bool mNeedsPaint = false;
+  std::atomic<bool> mNeedsPaint{false};
   std::vector<std::string> mCalls;
   std::vector<Platform::PixelRect> mPresented;  // Of all calls.
   Platform::PixelView mPixels;                  // Of the last call.

@@ -32,6 +32,7 @@ class WindowProbe : public LControl {
   // The texts of a top control.
   static inline LStringTable::Strings gStrings;
   static inline std::function<void(LControl&)> gWhenHidden;
+  static inline TFRESULT gWheelResult = kSuccess;
   // Runs at each event.
   static inline std::function<void(WindowProbe&, const std::string&)> gAct;
 
@@ -78,7 +79,7 @@ class WindowProbe : public LControl {
   }
   TFRESULT Wheel(const LMouseWheelParam& param) {
     Tell("wheel " + std::to_string(param.mDirection) + " " + At(param));
-    return kSuccess;
+    return gWheelResult;
   }
 };
 
@@ -120,6 +121,7 @@ class WindowFixture : public testing::Test {
     End();
     LNotificationCenterManager::ReleaseInstance();
     WindowProbe::gAct = nullptr;
+    WindowProbe::gWheelResult = kSuccess;
     WindowProbe::gLog.clear();
     SetResources({});
   }

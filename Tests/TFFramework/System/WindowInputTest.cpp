@@ -86,6 +86,26 @@ TEST_F(WindowInputTest, TheWheelSendsOneEventForWholeNotches) {
   }
 }
 
+TEST_F(WindowInputTest, AWheelThatNobodyThereWantsGoesToTheFocus) {
+  const auto turn = [this](std::int32_t x) {
+    Listener().OnWheel(Platform::WheelAxis::kVertical, 120, At(x, 20));
+  };
+  Child(u"b")->SetFocus(true);
+  Listener().OnMouseMove(At(10, 20));
+  TakeLog();
+  turn(10);
+  EXPECT_EQ(TakeLog(), Texts({"a wheel 1 10,20"}));
+  WindowProbe::gWheelResult = kNothingDone;
+  turn(10);
+  EXPECT_EQ(TakeLog(), Texts({"a wheel 1 10,20", "mainControl wheel 1 10,20", "b wheel 1 10,20",
+                              "mainControl wheel 1 10,20"}));
+  WindowProbe::gWheelResult = kSuccess;
+  Listener().OnMousePress(At(10, 20));
+  TakeLog();
+  turn(150);  // Whoever holds the mouse has its wheel, too.
+  EXPECT_EQ(TakeLog(), Texts({"a wheel 1 150,20"}));
+}
+
 TEST_F(WindowInputTest, KeysAndCharactersGoToTheFocus) {
   using namespace Platform::ModifierBit;
   Child(u"a")->SetFocus(true);
@@ -121,6 +141,27 @@ TEST_F(WindowInputTest, TabMovesTheFocusOnceAndGoesRound) {
     Listener().OnCharacter(9, 0);
     EXPECT_EQ(Root()->GetFocusControl(), Child(name));
   }
+}
+
+TEST_F(WindowInputTest, CtrlTabGoesToTheNextWindowAndRoundInTheOnlyOne) {
+  using namespace Platform::ModifierBit;
+  const auto press = [this](std::uint32_t modifiers) {
+    Listener().OnKey({9, true, false, modifiers | kCtrl | kLeftCtrl});
+  };
+  Child(u"b")->SetFocus(true);
+  press(0);
+  EXPECT_EQ(Root()->GetFocusControl(), Child(u"a"));
+  mApplication->OpenRootWindow(u"dialog");
+  for (const std::uint32_t modifiers : {std::uint32_t{0}, kShift | kLeftShift}) {
+    Window(1).mHasFocus = false;
+    Window(1).mCalls.clear();
+    press(modifiers);
+    EXPECT_EQ(Window(1).mCalls, Texts({"take focus"}));
+  }
+  Window(1).mHasFocus = true;
+  Window(1).mCalls.clear();
+  press(0);
+  EXPECT_EQ(Window(1).mCalls, Texts());
 }
 
 // A key from the keyboard carries sides that a bound one has not.

@@ -1,5 +1,6 @@
 #include "TFFramework/System/OSWindow.h"
 
+#include <atomic>
 #include <chrono>
 #include <optional>
 #include <stdexcept>
@@ -8,6 +9,7 @@
 #include "TFFramework/ControlBase/CancelArgs.h"
 #include "TFFramework/ControlBase/WaitCursor.h"
 #include "TFFramework/Notification/Notification.h"
+#include "TFFramework/Renderer/Renderer.h"
 #include "TFFramework/System/WindowPlacement.h"
 #include "Tests/Support/AllocationCounter.h"
 #include "Tests/TFFramework/System/WindowFixture.h"
@@ -72,6 +74,22 @@ TEST_F(WindowTest, AnExposureShowsThePictureAgainAndPaintsNothing) {
   EXPECT_EQ(TakeLog(), Texts());
 }
 
+TEST_F(WindowTest, OtherThreadsMayMarkWhatIsToBePainted) {
+  const RCPtr<LRootWindow> root = Root();
+  std::atomic<bool> isMarked = false;
+  std::thread other([&] {
+    for (std::int32_t x = 0; x < 400; ++x) root->InvalidateRect({x, 0, 1, 300});
+    isMarked = true;
+  });
+  while (!isMarked) mSystem.DispatchPaints();
+  other.join();
+  mSystem.DispatchPaints();
+  Region painted;
+  for (const PixelRect& rect : Window().mPresented)
+    painted.Add({rect.mX, rect.mY, rect.mWidth, rect.mHeight});
+  EXPECT_TRUE(painted.IsRect({0, 0, 400, 300}));
+}
+
 TEST_F(WindowTest, APaintThatThrowsIsMadeUpForByTheNext) {
   WindowProbe::gAct = [](WindowProbe&, const std::string& told) {
     if (told == "a paint") throw std::runtime_error("paint");
@@ -119,6 +137,47 @@ TEST_F(WindowTest, FloatingControlsArePaintedLastOnceAndInTheirOrder) {
   mSystem.DispatchPaints();
   EXPECT_EQ(TakeLog(), Texts({"mainControl paint", "panel paint", "low paint", "inner paint", "tip paint",
                               "high paint"}));
+}
+
+// Fills itself with the first letter of its name.
+class LetterControl : public WindowProbe {
+ public:
+  using WindowProbe::WindowProbe;
+  TFRESULT OnRenderBackground(const RCPtr<LRenderer>& renderer) override {
+    const std::uint32_t shade = 0xFF000000U | static_cast<std::uint32_t>(GetName()[0]);
+    renderer->FillRect({-1000, -1000, 3000, 3000}, LColor::FromPacked(shade), true);
+    return kSuccess;
+  }
+};
+
+TEST_F(WindowTest, WhatFloatsInAScrolledPanelIsSeenWhereTheMouseFindsIt) {
+  const auto letter = [](const std::string& name, const std::string& place, const std::string& inner) {
+    return "<SubControl Class='Letter' Name='" + name + "' " + place + "><Skin>" + inner +
+           "</Skin></SubControl>";
+  };
+  MakeApplication(letter(
+      "mainControl", "XSizeAbs='400' YSizeAbs='300'",
+      letter("panel", "XPositionAbs='20' YPositionAbs='10' XSizeAbs='50' YSizeAbs='50'",
+             letter("floating",
+                    "XPositionAbs='40' YPositionAbs='5' XSizeAbs='30' YSizeAbs='10' ClipToParent='False'",
+                    ""))));
+  mApplication->GetControlFactory()->RegisterControlCreateFunction(u"Letter", MakeControl<LetterControl>);
+  ASSERT_EQ(mApplication->OpenScreen(), kSuccess);
+  mSystem.DispatchPaints();
+  const auto expectAt = [this](std::int32_t x, char letterThere) {
+    const Platform::PixelView& shown = Window().mPixels;
+    const auto* const row = shown.mPixels + 15 * shown.mStride / sizeof(std::uint32_t);
+    EXPECT_EQ(static_cast<char>(row[x] & 0xFF), letterThere) << x;
+    RCPtr<LControl> found;
+    PointT<std::int32_t> local;
+    Root()->HitTest(found, {x, 15}, local, false);
+    EXPECT_EQ(static_cast<char>(found->GetName()[0]), letterThere) << x;
+  };
+  for (const auto& [x, there] : {std::pair{19, 'm'}, {20, 'p'}, {59, 'p'}, {60, 'f'}, {89, 'f'}, {90, 'm'}})
+    expectAt(x, there);
+  Child(u"panel")->SetScrollOffset({4, 0});
+  mSystem.DispatchPaints();
+  for (const auto& [x, there] : {std::pair{55, 'p'}, {56, 'f'}, {85, 'f'}, {86, 'm'}}) expectAt(x, there);
 }
 
 TEST_F(WindowTest, ANewSizeLaysOutTheTreeAndPaintsItAnew) {

@@ -2,10 +2,6 @@
 // (wanted: at most 1.4 times), and what it costs while nobody touches it (wanted: below 1 % of one core).
 
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -15,6 +11,7 @@
 #include <string>
 #include <thread>
 
+#include "Tests/Support/ChildProgram.h"
 #include "Tests/Support/ScreenPixels.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/XServer.h"
@@ -40,28 +37,16 @@ class Screen {
   const TestSupport::ScreenPixels mPixels;
 };
 
+// A program of the build that tells nobody what it does.
 class Program {
  public:
-  explicit Program(const std::string& name) {
-    const std::string path = (std::filesystem::canonical("/proc/self/exe").parent_path() / name).string();
-    char* const arguments[] = {const_cast<char*>(path.c_str()), nullptr};
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    const int result = posix_spawn(&mProcess, path.c_str(), &actions, nullptr, arguments, environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (result != 0) throw std::runtime_error("cannot start " + path);
-  }
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
-  ~Program() {
-    kill(mProcess, SIGKILL);
-    waitpid(mProcess, nullptr, 0);
-  }
-  bool HasEnded() const { return waitpid(mProcess, nullptr, WNOHANG) != 0; }
+  explicit Program(const std::string& name)
+      : mProgram({"sh", "-c", "exec " + PathOf(name) + " >/dev/null"}) {}
+
+  bool IsRunning() { return mProgram.IsRunning(); }
   // Clock ticks of the processor so far.
   long ProcessorTime() const {
-    std::ifstream file("/proc/" + std::to_string(mProcess) + "/stat");
+    std::ifstream file("/proc/" + std::to_string(mProgram.GetId()) + "/stat");
     std::string word;
     constexpr int kUserTime = 14;
     for (int i = 1; i < kUserTime; ++i) file >> word;
@@ -72,15 +57,19 @@ class Program {
   }
 
  private:
-  pid_t mProcess = 0;
+  static std::string PathOf(const std::string& name) {
+    return (std::filesystem::canonical("/proc/self/exe").parent_path() / name).string();
+  }
+
+  TestSupport::ChildProgram mProgram;
 };
 
 using Clock = std::chrono::steady_clock;
 
 // Throws runtime_error when the program ends instead.
-void WaitForPixels(const Screen& screen, const Program& program) {
+void WaitForPixels(const Screen& screen, Program& program) {
   while (screen.IsDark()) {
-    if (program.HasEnded()) throw std::runtime_error("the program shows nothing");
+    if (!program.IsRunning()) throw std::runtime_error("the program shows nothing");
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
 }
@@ -90,7 +79,7 @@ void StartToFirstFrame(benchmark::State& state, const char* name) {
   for (auto _ : state) {
     const auto start = Clock::now();
     {
-      const Program program(name);
+      Program program(name);
       WaitForPixels(screen, program);
       state.SetIterationTime(std::chrono::duration<double>(Clock::now() - start).count());
     }
@@ -110,7 +99,7 @@ BENCHMARK_CAPTURE(StartToFirstFrame, BareWindow, "bare-window")
 void GalleryAtRest(benchmark::State& state) {
   constexpr auto kRest = std::chrono::seconds(5);
   const Screen screen;
-  const Program program("tessel-gallery");
+  Program program("tessel-gallery");
   WaitForPixels(screen, program);
   std::this_thread::sleep_for(std::chrono::seconds(1));
   for (auto _ : state) {

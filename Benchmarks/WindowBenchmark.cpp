@@ -11,12 +11,9 @@
 #include <vector>
 
 #include "TFFramework/ControlBase/Control.h"
-#include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
-#include "TFFramework/System/ApplicationBase.h"
-#include "TFFramework/Utilities/Storage/Resources.h"
-#include "Tests/Support/FakeWindowSystem.h"
 #include "Tests/Support/TemporaryFolder.h"
+#include "Tests/TFFramework/System/WindowApp.h"
 
 namespace {
 
@@ -58,25 +55,6 @@ constexpr const char* kLooks = R"(
     <LookList Name='Box' NumLooks='1'><Look Name='Box' Index='0'/></LookList>
   </LookLists>)";
 
-// An application with one window of controls, each with its look and its number as its text.
-class Program : public TF::LApplicationBase<Program> {
- public:
-  static constexpr const char* kWindowClassName = "WindowBenchmark";
-
-  Program(const RCPtr<TF::LControlFactory>& factory, TestSupport::FakeWindowSystem& system)
-      : TF::LApplicationBase<Program>(factory, u"program"), mSystem(system) {}
-
-  void StartDisplay() override { UseDisplay(mSystem); }
-  bool IsExitAllowed() override { return true; }
-  TF::String GetCompanyName() override { return u"Company"; }
-  TF::String GetProductName() override { return u"Product"; }
-  TF::String GetProductVersion() override { return u"1.0"; }
-  std::uint32_t GetLanguage() override { return 0x0409; }
-
- private:
-  TestSupport::FakeWindowSystem& mSystem;
-};
-
 std::string Box(const std::string& name, const std::string& place, const std::string& inner = "") {
   return "<SubControl Class='Box' Name='" + name + "' " + place + "><Skin Name='" + name +
          "' LookList='Box'>" + inner + "</Skin></SubControl>";
@@ -86,24 +64,20 @@ std::string Number(const char* attribute, double value) {
   return std::string(" ") + attribute + "='" + std::to_string(value) + "'";
 }
 
+// A window of controls, each with its look.
 class Stage {
  public:
   explicit Stage(const std::string& children) {
     setenv("XDG_CONFIG_HOME", mFolder.Path().c_str(), 1);
-    const std::string document = std::string("<R><Application Name='App'>") + kLooks +
-                                 "<Skins><Skin Name='S' FontName='Liberation Sans' FontSize='8.25' "
-                                 "FontStyle='0'><SubControl Class='Box' Name='mainControl' "
-                                 "XSizeAbs='400' YSizeAbs='425'><Skin Name='main' LookList='Screen'>" +
-                                 children + "</Skin></SubControl></Skin></Skins></Application></R>";
-    const TF::Resource resources[] = {
-        {u"TFXML", u"SKIN", {reinterpret_cast<const unsigned char*>(document.data()), document.size()}}};
-    TF::SetResources(resources);
-    const auto factory = TF::MakeRC<TF::LControlFactory>(u"App");
-    const bool loaded = factory->LoadSkins(u"::SKIN") == TF::kSuccess;
-    TF::SetResources({});
+    const auto factory = TF::LoadSkins(std::string(kLooks) +
+                                       "<Skins><Skin Name='S' FontName='Liberation Sans' FontSize='8.25' "
+                                       "FontStyle='0'><SubControl Class='Box' Name='mainControl' "
+                                       "XSizeAbs='400' YSizeAbs='425'><Skin Name='main' LookList='Screen'>" +
+                                       children + "</Skin></SubControl></Skin></Skins>");
+    if (!factory) throw std::runtime_error("no skin");
     factory->RegisterControlCreateFunction(u"Box", TF::MakeControl<LControl>);
-    mProgram = TF::MakeRC<Program>(factory, mSystem);
-    if (!loaded || mProgram->Initialize() != TF::kSuccess || mProgram->SetSkin(0) != TF::kSuccess)
+    mProgram = TF::MakeRC<TF::WindowApp>(factory, mSystem);
+    if (mProgram->Initialize() != TF::kSuccess || mProgram->SetSkin(0) != TF::kSuccess)
       throw std::runtime_error("no skin");
     mProgram->StartDisplay();
     if (mProgram->OpenScreen() != TF::kSuccess) throw std::runtime_error("no window");
@@ -138,7 +112,7 @@ class Stage {
 
   const TestSupport::TemporaryFolder mFolder;
   TestSupport::FakeWindowSystem mSystem;
-  RCPtr<Program> mProgram;
+  RCPtr<TF::WindowApp> mProgram;
 };
 
 struct Cell {

@@ -4,7 +4,6 @@
 #include <memory>
 #include <sstream>
 #include <string>
-#include <utility>
 
 #include "Tests/EndToEnd/ProgramRun.h"
 #include "Tests/Support/DesktopWindow.h"
@@ -43,38 +42,21 @@ class GalleryTest : public testing::Test {
     std::istringstream lines(Shell("wmctrl -l"));
     mWindow.clear();
     lines >> mWindow;
-    if (!mWindow.empty()) ReadPlace();
+    if (!mWindow.empty()) mPlace = TestSupport::ReadPlace(mWindow);
     return !mWindow.empty();
   }
   bool HasFocus() const {
     return std::stoul(Shell("xdotool getwindowfocus 2>/dev/null || echo 0")) ==
            std::stoul(mWindow, nullptr, 16);
   }
-  void ReadPlace() {
-    std::istringstream lines(Shell("xwininfo -id " + mWindow));
-    const std::pair<const char*, int&> fields[] = {{"Absolute upper-left X:", mX},
-                                                   {"Absolute upper-left Y:", mY},
-                                                   {"Width:", mWidth},
-                                                   {"Height:", mHeight}};
-    std::string line;
-    while (std::getline(lines, line)) {
-      for (const auto& [name, value] : fields) {
-        const std::size_t found = line.find(name);
-        if (found != std::string::npos) value = std::stoi(line.substr(found + std::string(name).size()));
-      }
-    }
-  }
   // Points count from the window's client area.
   std::string To(int x, int y) const {
-    return " mousemove " + std::to_string(mX + x) + " " + std::to_string(mY + y) + " ";
+    return " mousemove " + std::to_string(mPlace.mX + x) + " " + std::to_string(mPlace.mY + y) + " ";
   }
   void Mouse(const std::string& actions) const { Shell("xdotool" + actions); }
   void Click(int x, int y) const { Mouse(To(x, y) + "click 1"); }
-  std::uint32_t Pixel(int x, int y) const {
-    return mScreen.At(static_cast<std::int16_t>(mX + x), static_cast<std::int16_t>(mY + y)) & 0xFFFFFF;
-  }
   bool Shows(int x, int y, std::uint32_t color) const {
-    return Eventually([&] { return Pixel(x, y) == color; });
+    return mScreen.Shows(mPlace.mX + x, mPlace.mY + y, color);
   }
 
   const TestSupport::TemporaryFolder mFolder;
@@ -83,13 +65,13 @@ class GalleryTest : public testing::Test {
   const TestSupport::ScreenPixels mScreen;
   std::unique_ptr<ProgramRun> mRun;
   std::string mWindow;
-  int mX = 0, mY = 0, mWidth = 0, mHeight = 0;
+  Platform::PixelRect mPlace;
 };
 
 TEST_F(GalleryTest, PagesClicksKeysAndDragsDoWhatTheySay) {
   Start();
-  EXPECT_EQ(mWidth, 640);
-  EXPECT_EQ(mHeight, 480);
+  EXPECT_EQ(mPlace.mWidth, 640);
+  EXPECT_EQ(mPlace.mHeight, 480);
   Click(kTabDrag, kTabY);
   ASSERT_TRUE(mRun->WaitForOutput("Drag page\n"));
   EXPECT_TRUE(Shows(30, 75, kTint));  // The box that can be carried.
@@ -115,20 +97,20 @@ TEST_F(GalleryTest, PagesClicksKeysAndDragsDoWhatTheySay) {
 TEST_F(GalleryTest, ResizesWithinItsLimitsAndComesBackToItsPlace) {
   Start();
   Shell("xdotool windowsize --sync " + mWindow + " 800 600");
-  EXPECT_TRUE(Eventually([this] { return FindWindow() && mWidth == 800 && mHeight == 600; }));
+  EXPECT_TRUE(Eventually([this] { return FindWindow() && mPlace.mWidth == 800 && mPlace.mHeight == 600; }));
   EXPECT_TRUE(Shows(780, 590, 0xFFFFFF));  // The foot goes to the new edge.
   Shell("xdotool windowsize " + mWindow + " 100 100");
-  EXPECT_TRUE(Eventually([this] { return FindWindow() && mWidth == 480 && mHeight == 360; }));
+  EXPECT_TRUE(Eventually([this] { return FindWindow() && mPlace.mWidth == 480 && mPlace.mHeight == 360; }));
   Shell("xdotool windowmove --sync " + mWindow + " 120 90");
   FindWindow();
-  const int x = mX, y = mY;
+  const int x = mPlace.mX, y = mPlace.mY;
   Shell("wmctrl -i -c " + mWindow);
   EXPECT_EQ(mRun->Wait(), 0);
   Start();
-  EXPECT_TRUE(Eventually([&] { return FindWindow() && mX == x && mY == y; }))
-      << mX << "," << mY << " " << x << "," << y;
-  EXPECT_EQ(mWidth, 480);
-  EXPECT_EQ(mHeight, 360);
+  EXPECT_TRUE(Eventually([&] { return FindWindow() && mPlace.mX == x && mPlace.mY == y; }))
+      << mPlace.mX << "," << mPlace.mY << " " << x << "," << y;
+  EXPECT_EQ(mPlace.mWidth, 480);
+  EXPECT_EQ(mPlace.mHeight, 360);
 }
 
 TEST_F(GalleryTest, ASecondStartRaisesTheFirstWindowAndTheExitKeyEndsIt) {

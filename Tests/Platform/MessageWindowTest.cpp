@@ -59,21 +59,13 @@ class MessageWindowTest : public testing::Test {
   }
 
   // The message, which has the keyboard.
-  static PixelRect FindShown() {
-    const auto number = [](const std::string& field) {
-      return std::stoi(Shell("xwininfo -id $(xdotool getwindowfocus) | awk '/" + field + "/ {print $NF}'"));
-    };
-    return {number("Absolute upper-left X"), number("Absolute upper-left Y"), number("Width"),
-            number("Height")};
-  }
+  static PixelRect FindShown() { return TestSupport::ReadPlace("$(xdotool getwindowfocus)"); }
   // A point of the last button, left of its label.
   static PixelPoint RightButton(const PixelRect& shown) {
     return {shown.mX + shown.mWidth - 24 - 92 + 8, shown.mY + shown.mHeight - 33};
   }
-  static bool Shows(int x, int y, std::uint32_t color) {
-    const TestSupport::ScreenPixels screen;
-    return TestSupport::Eventually(
-        [&] { return screen.At(static_cast<std::int16_t>(x), static_cast<std::int16_t>(y)) == color; });
+  static bool Shows(const PixelPoint& point, std::uint32_t color) {
+    return TestSupport::ScreenPixels().Shows(point.mX, point.mY, color);
   }
 
   static constexpr std::uint32_t kErrorColor = 0xB3261E;
@@ -121,11 +113,11 @@ TEST_F(MessageWindowTest, APressThatLeavesItsButtonTakesTheChoiceBack) {
     const PixelPoint button = RightButton(FindShown());
     const std::string x = std::to_string(button.mX) + " ";
     Shell("xdotool mousemove " + x + std::to_string(button.mY) + " mousedown 1");
-    EXPECT_TRUE(Shows(button.mX, button.mY, kAccentPressed));
+    EXPECT_TRUE(Shows(button, kAccentPressed));
     Shell("xdotool mousemove " + x + std::to_string(button.mY - 60));
-    EXPECT_TRUE(Shows(button.mX, button.mY, kAccent));
+    EXPECT_TRUE(Shows(button, kAccent));
     Shell("xdotool mouseup 1 key Tab");  // From there round to the first button.
-    EXPECT_TRUE(Shows(button.mX, button.mY, 0xFFFFFF));
+    EXPECT_TRUE(Shows(button, 0xFFFFFF));
   });
   EXPECT_EQ(answer, MessageAnswer::kYes);
 }
@@ -155,8 +147,8 @@ TEST_F(MessageWindowTest, AWishToQuitClosesItAndStays) {
 TEST_F(MessageWindowTest, ShowsIconAndButtonsAndCopiesItsText) {
   Show({"Gr\xC3\xBC\xC3\x9F\x65\nfrom the device", "", MessageIcon::kError}, [&] {
     const PixelRect shown = FindShown();
-    EXPECT_TRUE(Shows(shown.mX + 44, shown.mY + 29, kErrorColor));
-    EXPECT_TRUE(Shows(RightButton(shown).mX, RightButton(shown).mY, kAccent));
+    EXPECT_TRUE(Shows({shown.mX + 44, shown.mY + 29}, kErrorColor));
+    EXPECT_TRUE(Shows(RightButton(shown), kAccent));
     Shell("xdotool key ctrl+c");
   });
   std::string text;

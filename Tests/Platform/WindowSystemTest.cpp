@@ -382,8 +382,7 @@ TEST_F(WindowSystemTest, AnErrorOfTheDisplayDoesNotEndTheProgram) {
   EXPECT_TRUE(Until([&] { return lost->HasFocus(); }));
   Shell("xdotool windowclose " + std::to_string(lost->GetNativeHandle()));
   lost->SetTitle("Nowhere");
-  static const Window* const kept = lost.release();
-  EXPECT_NE(kept, nullptr);
+  [[maybe_unused]] static const Window* const kept = lost.release();
   Shell(At(10, 20) + "click 1");
   EXPECT_TRUE(UntilTold("release 1 10,20"));
 }

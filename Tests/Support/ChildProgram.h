@@ -18,6 +18,7 @@ class ChildProgram {
   ~ChildProgram();
 
   bool IsRunning();
+  pid_t GetId() const { return mProcess; }
 
  private:
   const pid_t mParent;

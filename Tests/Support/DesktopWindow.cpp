@@ -4,7 +4,10 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
+#include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace TestSupport {
 
@@ -80,6 +83,22 @@ std::string Shell(const std::string& line) {
     output.push_back(static_cast<char>(character));
   if (pclose(pipe) != 0) throw std::runtime_error("failed: " + line);
   return output;
+}
+
+Platform::PixelRect ReadPlace(const std::string& window) {
+  Platform::PixelRect rect;
+  const std::pair<const char*, std::int32_t&> fields[] = {{"Absolute upper-left X:", rect.mX},
+                                                          {"Absolute upper-left Y:", rect.mY},
+                                                          {"Width:", rect.mWidth},
+                                                          {"Height:", rect.mHeight}};
+  std::istringstream lines(Shell("xwininfo -id " + window));
+  for (std::string line; std::getline(lines, line);) {
+    for (const auto& [name, value] : fields) {
+      const std::size_t found = line.find(name);
+      if (found != std::string::npos) value = std::stoi(line.substr(found + std::strlen(name)));
+    }
+  }
+  return rect;
 }
 
 bool PumpUntil(Platform::WindowSystem& system, const std::function<bool()>& condition) {

@@ -42,6 +42,10 @@ class WindowRecorder : public Platform::WindowListener {
 // Runs a line of the shell and gives what it printed. Throws runtime_error when it fails.
 std::string Shell(const std::string& line);
 
+// The client area on the screen of the window with this X11 number, in the writing of the shell: a word in
+// $(...) may ask for it. Throws runtime_error.
+Platform::PixelRect ReadPlace(const std::string& window);
+
 // Hands out input and paints until the condition is true; false when it never comes true.
 bool PumpUntil(Platform::WindowSystem& system, const std::function<bool()>& condition);
 

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "Tests/Support/Eventually.h"
+
 namespace TestSupport {
 
 ScreenPixels::ScreenPixels() : mConnection(xcb_connect(nullptr, nullptr), xcb_disconnect), mRoot(0) {
@@ -22,6 +24,10 @@ std::uint32_t ScreenPixels::At(std::int16_t x, std::int16_t y) const {
   if (!reply || xcb_get_image_data_length(reply.get()) < static_cast<int>(sizeof pixel)) return pixel;
   std::memcpy(&pixel, xcb_get_image_data(reply.get()), sizeof pixel);
   return pixel & kColorMask;
+}
+
+bool ScreenPixels::Shows(int x, int y, std::uint32_t color) const {
+  return Eventually([&] { return At(static_cast<std::int16_t>(x), static_cast<std::int16_t>(y)) == color; });
 }
 
 }  // namespace TestSupport

@@ -1,15 +1,14 @@
 #include "Platform/Desktop/MessageIcons.h"
 
+#include <cstdint>
 #include <numbers>
+
+#include "Platform/Desktop/MessageColors.h"
 
 namespace Platform {
 
 namespace {
 
-constexpr std::uint32_t kInformationColor = 0x0A626C;
-constexpr std::uint32_t kWarningColor = 0xB45309;
-constexpr std::uint32_t kErrorColor = 0xB3261E;
-constexpr std::uint32_t kSignColor = 0xFFFFFF;
 constexpr double kFullTurn = 2 * std::numbers::pi;
 // The signs are drawn in a square of this side.
 constexpr double kSide = 40;
@@ -31,17 +30,17 @@ void DrawDisc(cairo_t* cairo, std::uint32_t color) {
   SetColor(cairo, color);
   cairo_arc(cairo, kCenter, kCenter, kCenter, 0, kFullTurn);
   cairo_fill(cairo);
-  SetColor(cairo, kSignColor);
+  SetColor(cairo, MessageColor::kSign);
 }
 
 void DrawInformation(cairo_t* cairo) {
-  DrawDisc(cairo, kInformationColor);
+  DrawDisc(cairo, MessageColor::kAccent);
   DrawDot(cairo, kCenter, 11);
   DrawLine(cairo, kCenter, 18, kCenter, 29);
 }
 
 void DrawQuestion(cairo_t* cairo) {
-  DrawDisc(cairo, kInformationColor);
+  DrawDisc(cairo, MessageColor::kAccent);
   constexpr double kQuarter = kFullTurn / 4;
   cairo_arc(cairo, kCenter, 15, 5.5, -2 * kQuarter, 0.55 * kQuarter);
   cairo_curve_to(cairo, 21.5, 21, kCenter, 21.5, kCenter, 24.5);
@@ -50,7 +49,7 @@ void DrawQuestion(cairo_t* cairo) {
 }
 
 void DrawWarning(cairo_t* cairo) {
-  SetColor(cairo, kWarningColor);
+  SetColor(cairo, MessageColor::kWarning);
   cairo_move_to(cairo, kCenter, 4.5);
   cairo_line_to(cairo, 36.5, 34.5);
   cairo_line_to(cairo, 3.5, 34.5);
@@ -59,23 +58,18 @@ void DrawWarning(cairo_t* cairo) {
   cairo_set_line_width(cairo, 5);
   cairo_stroke(cairo);
   cairo_set_line_width(cairo, kStroke);
-  SetColor(cairo, kSignColor);
+  SetColor(cairo, MessageColor::kSign);
   DrawLine(cairo, kCenter, 14, kCenter, 23);
   DrawDot(cairo, kCenter, 30);
 }
 
 void DrawError(cairo_t* cairo) {
-  DrawDisc(cairo, kErrorColor);
+  DrawDisc(cairo, MessageColor::kError);
   DrawLine(cairo, 13.5, 13.5, 26.5, 26.5);
   DrawLine(cairo, 26.5, 13.5, 13.5, 26.5);
 }
 
 }  // namespace
-
-void SetColor(cairo_t* cairo, std::uint32_t color) {
-  const auto channel = [color](int shift) { return static_cast<double>(color >> shift & 0xFF) / 0xFF; };
-  cairo_set_source_rgb(cairo, channel(16), channel(8), channel(0));
-}
 
 void DrawMessageIcon(cairo_t* cairo, MessageIcon icon, const PixelRect& square) {
   cairo_save(cairo);

@@ -7,7 +7,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Platform/Desktop/MessageColors.h"
 #include "Platform/Desktop/MessageIcons.h"
+#include "Platform/Desktop/PangoTextFont.h"
 
 namespace Platform {
 
@@ -30,17 +32,6 @@ constexpr double kCornerRadius = 5;
 constexpr double kFocusRingGap = 2.5;
 constexpr double kFocusRingWidth = 2;
 
-constexpr std::uint32_t kGround = 0xFFFFFF;
-constexpr std::uint32_t kFooterGround = 0xF4F7F8;
-constexpr std::uint32_t kInk = 0x17212B;
-constexpr std::uint32_t kOnAccent = 0xFFFFFF;
-constexpr std::uint32_t kAccent = 0x0A626C;
-constexpr std::uint32_t kAccentHover = 0x085660;
-constexpr std::uint32_t kAccentDeep = 0x064A52;
-constexpr std::uint32_t kTint = 0xE0F0F1;
-constexpr std::uint32_t kTintDeep = 0xBFDFE2;
-constexpr std::uint32_t kBorder = 0x8FA1AC;
-
 PixelSize MeasureLayout(PangoLayout* layout) {
   PixelSize size;
   pango_layout_get_pixel_size(layout, &size.mWidth, &size.mHeight);
@@ -52,6 +43,13 @@ std::string MakeValid(const std::string& text) {
   const std::unique_ptr<char, Releaser<g_free>> valid(
       g_utf8_make_valid(text.data(), static_cast<gssize>(std::min(text.size(), kLongestText))));
   return valid.get();
+}
+
+GObjectHandle<PangoLayout> MakeLayout(PangoContext* context, const std::string& text, bool bold) {
+  GObjectHandle<PangoLayout> layout(pango_layout_new(context));
+  pango_layout_set_font_description(layout.get(), DescribeFont({{}, kFontSize, bold}).get());
+  pango_layout_set_text(layout.get(), MakeValid(text).c_str(), -1);
+  return layout;
 }
 
 std::vector<std::pair<MessageAnswer, std::string>> ButtonsOf(const MessageRequest& request) {
@@ -73,11 +71,10 @@ std::vector<std::pair<MessageAnswer, std::string>> ButtonsOf(const MessageReques
 }
 
 void AddRoundedRect(cairo_t* cairo, double x, double y, double width, double height, double radius) {
-  constexpr double kRight = 0;
   constexpr double kQuarter = std::numbers::pi / 2;
   cairo_new_sub_path(cairo);
-  cairo_arc(cairo, x + width - radius, y + radius, radius, -kQuarter, kRight);
-  cairo_arc(cairo, x + width - radius, y + height - radius, radius, kRight, kQuarter);
+  cairo_arc(cairo, x + width - radius, y + radius, radius, -kQuarter, 0);
+  cairo_arc(cairo, x + width - radius, y + height - radius, radius, 0, kQuarter);
   cairo_arc(cairo, x + radius, y + height - radius, radius, kQuarter, 2 * kQuarter);
   cairo_arc(cairo, x + radius, y + radius, radius, 2 * kQuarter, 3 * kQuarter);
   cairo_close_path(cairo);
@@ -106,18 +103,6 @@ MessagePicture::MessagePicture(PangoContext* context, const MessageRequest& requ
   mCairo.reset(cairo_create(mSurface.get()));
   if (cairo_status(mCairo.get()) != CAIRO_STATUS_SUCCESS)
     throw std::runtime_error("no memory for the picture of a message");
-}
-
-GObjectHandle<PangoLayout> MessagePicture::MakeLayout(PangoContext* context, const std::string& text,
-                                                      bool bold) const {
-  GObjectHandle<PangoLayout> layout(pango_layout_new(context));
-  const FontDescriptionHandle font(pango_font_description_new());
-  pango_font_description_set_family(font.get(), "Sans");
-  pango_font_description_set_size(font.get(), static_cast<int>(kFontSize * PANGO_SCALE));
-  if (bold) pango_font_description_set_weight(font.get(), PANGO_WEIGHT_BOLD);
-  pango_layout_set_font_description(layout.get(), font.get());
-  pango_layout_set_text(layout.get(), MakeValid(text).c_str(), -1);
-  return layout;
 }
 
 // A text that is too high for the room gets all of its width, and then loses its end.
@@ -168,10 +153,11 @@ std::optional<std::size_t> MessagePicture::FindButton(const PixelPoint& point) c
 
 PixelView MessagePicture::Draw(const MessageButtonStates& states) {
   cairo_t* const cairo = mCairo.get();
-  FillRect(cairo, {0, 0, mSize.mWidth, mSize.mHeight}, kGround);
-  FillRect(cairo, {0, mSize.mHeight - kFooterHeight, mSize.mWidth, kFooterHeight}, kFooterGround);
+  FillRect(cairo, {0, 0, mSize.mWidth, mSize.mHeight}, MessageColor::kGround);
+  FillRect(cairo, {0, mSize.mHeight - kFooterHeight, mSize.mWidth, kFooterHeight},
+           MessageColor::kFooterGround);
   DrawMessageIcon(cairo, mIcon, {kMargin, kMargin, kIconSide, kIconSide});
-  SetColor(cairo, kInk);
+  SetColor(cairo, MessageColor::kInk);
   cairo_move_to(cairo, mTextCorner.mX, mTextCorner.mY);
   pango_cairo_show_layout(cairo, mText.get());
   for (std::size_t i = 0; i < mButtons.size(); ++i) DrawButton(mButtons[i], i, states);
@@ -187,24 +173,25 @@ void MessagePicture::DrawButton(const Button& button, std::size_t index,
   const bool isHovered = states.mHovered == index;
   const bool isPressed = isHovered && states.mPressed == index;
   const std::array<std::uint32_t, 3> faces =
-      isFocused ? std::array{kAccent, kAccentHover, kAccentDeep} : std::array{kGround, kTint, kTintDeep};
+      isFocused ? std::array{MessageColor::kAccent, MessageColor::kAccentHover, MessageColor::kAccentDeep}
+                : std::array{MessageColor::kGround, MessageColor::kTint, MessageColor::kTintDeep};
   const PixelRect& rect = button.mRect;
   // Lines run through the middle of the pixels.
   AddRoundedRect(cairo, rect.mX + 0.5, rect.mY + 0.5, rect.mWidth - 1, rect.mHeight - 1, kCornerRadius);
   SetColor(cairo, faces[isPressed ? 2 : isHovered ? 1 : 0]);
   cairo_fill_preserve(cairo);
-  SetColor(cairo, isFocused ? kAccentDeep : kBorder);
+  SetColor(cairo, isFocused ? MessageColor::kAccentDeep : MessageColor::kBorder);
   cairo_set_line_width(cairo, 1);
   cairo_stroke(cairo);
   if (isFocused) {
     AddRoundedRect(cairo, rect.mX - kFocusRingGap, rect.mY - kFocusRingGap, rect.mWidth + 2 * kFocusRingGap,
                    rect.mHeight + 2 * kFocusRingGap, kCornerRadius + kFocusRingGap);
-    SetColor(cairo, kTintDeep);
+    SetColor(cairo, MessageColor::kTintDeep);
     cairo_set_line_width(cairo, kFocusRingWidth);
     cairo_stroke(cairo);
   }
   const PixelSize label = MeasureLayout(button.mLabel.get());
-  SetColor(cairo, isFocused ? kOnAccent : kInk);
+  SetColor(cairo, isFocused ? MessageColor::kOnAccent : MessageColor::kInk);
   cairo_move_to(cairo, rect.mX + (rect.mWidth - label.mWidth) / 2,
                 rect.mY + (rect.mHeight - label.mHeight) / 2);
   pango_cairo_show_layout(cairo, button.mLabel.get());

@@ -42,7 +42,6 @@ class MessagePicture {
     GObjectHandle<PangoLayout> mLabel;
   };
 
-  GObjectHandle<PangoLayout> MakeLayout(PangoContext* context, const std::string& text, bool bold) const;
   void FitText(const PixelSize& room);
   void MakeButtons(PangoContext* context, const MessageRequest& request);
   std::int32_t PlaceButtons(std::int32_t right, std::int32_t top);

@@ -25,7 +25,9 @@ double SizeOf(const FontDescription& description) {
   return std::min(description.mSize, kLargestFontSize);
 }
 
-FontDescriptionHandle Describe(const FontDescription& description) {
+}  // namespace
+
+FontDescriptionHandle DescribeFont(const FontDescription& description) {
   FontDescriptionHandle result(pango_font_description_new());
   const std::string family = CleanUtf8(description.mFamily);
   pango_font_description_set_family(result.get(), family.empty() ? "Sans" : family.c_str());
@@ -37,11 +39,9 @@ FontDescriptionHandle Describe(const FontDescription& description) {
   return result;
 }
 
-}  // namespace
-
 PangoTextFont::PangoTextFont(PangoContext* context, const FontDescription& description)
     : mContext(context),
-      mDescription(Describe(description)),
+      mDescription(DescribeFont(description)),
       mMaxLength(std::clamp(static_cast<std::size_t>(kMaxTextExtent / SizeOf(description)), std::size_t{1},
                             kMaxTextLength)),
       mDesign(ReadDesign()) {}

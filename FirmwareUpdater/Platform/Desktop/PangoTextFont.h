@@ -14,6 +14,9 @@
 
 namespace Platform {
 
+// What to ask Pango for.
+FontDescriptionHandle DescribeFont(const FontDescription& description);
+
 // A font as Pango finds it, with the layouts of the texts that were used last: a label's text is
 // shaped once and then only shown.
 class PangoTextFont : public CanvasFont {

@@ -121,10 +121,7 @@ void SdlWindow::Show(WindowShow command) {
   if (mPlaceToTake) {
     // By this SDL learns how thick the frame is, which stands around the place so far.
     SDL_PumpEvents();
-    const PixelPoint place = *std::exchange(mPlaceToTake, std::nullopt);
-    const PixelRect shown = GetClientRect();
-    // Each placing waits for the window manager.
-    if (PixelPoint{shown.mX, shown.mY} != place) Place(place);
+    Place(*std::exchange(mPlaceToTake, std::nullopt));
   }
   if (command == WindowShow::kMinimize) SDL_MinimizeWindow(mWindow.get());
   if (command == WindowShow::kMaximize) SDL_MaximizeWindow(mWindow.get());
@@ -188,7 +185,10 @@ bool SdlWindow::TakeExposure() {
 // A hidden window has no frame yet, and the frame would take the place.
 void SdlWindow::Place(const PixelPoint& corner) {
   if (!IsOnX11()) return;
-  SDL_SetWindowPosition(mWindow.get(), corner.mX, corner.mY);
+  const PixelRect present = GetClientRect();
+  // SDL waits for the window manager each time.
+  if (PixelPoint{present.mX, present.mY} != corner)
+    SDL_SetWindowPosition(mWindow.get(), corner.mX, corner.mY);
   if (!IsVisible()) mPlaceToTake = corner;
 }
 

@@ -1,5 +1,6 @@
 #include <string>
 
+#include "Tests/TFFramework/ControlBase/LetterPaint.h"
 #include "Tests/TFFramework/ControlBase/ProbeControl.h"
 #include "Tests/TFFramework/Renderer/RendererRig.h"
 
@@ -53,14 +54,11 @@ TEST_F(ControlRenderTest, DirtIsWhatTheParentsShowOfIt) {
   EXPECT_EQ(InvalidBounds(), Rect());
 }
 
-// Fills itself, so that a picture tells what was drawn of it.
 class PaintedControl : public ProbeControl {
  public:
   using ProbeControl::ProbeControl;
   TFRESULT OnRenderBackground(const RCPtr<LRenderer>& renderer) override {
-    const std::uint32_t shade = 0xFF000000U | static_cast<std::uint32_t>(GetName()[0]);
-    renderer->FillRect({-1000, -1000, 3000, 3000}, LColor::FromPacked(shade), true);
-    return kSuccess;
+    return PaintLetter(*this, *renderer);
   }
 };
 

@@ -9,13 +9,10 @@
 #include <vector>
 
 #include "TFFramework/ControlBase/Control.h"
-#include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/ControlBase/Dialog.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
-#include "TFFramework/System/ApplicationBase.h"
-#include "TFFramework/Utilities/Storage/Resources.h"
-#include "Tests/Support/FakeWindowSystem.h"
 #include "Tests/Support/TemporaryFolder.h"
+#include "Tests/TFFramework/System/WindowApp.h"
 
 namespace TF {
 
@@ -83,29 +80,6 @@ class WindowProbe : public LControl {
   }
 };
 
-// An application on a display that the test plays.
-class WindowApp : public LApplicationBase<WindowApp> {
- public:
-  static constexpr const char* kWindowClassName = "WindowTest";
-
-  WindowApp(const RCPtr<LControlFactory>& factory, TestSupport::FakeWindowSystem& system)
-      : LApplicationBase<WindowApp>(factory, u"program"), mSystem(system) {}
-
-  void StartDisplay() override { UseDisplay(mSystem); }
-  bool IsExitAllowed() override { return mExitAllowed; }
-  String GetCompanyName() override { return u"Company"; }
-  String GetProductName() override { return u"Product"; }
-  String GetProductVersion() override { return u"1.0"; }
-  std::uint32_t GetLanguage() override { return 0x0409; }
-  void OnSecondInstance(const String& commandLine) override {
-    mSecondInstances.push_back(ToUtf8(commandLine));
-  }
-
-  TestSupport::FakeWindowSystem& mSystem;
-  bool mExitAllowed = true;
-  Texts mSecondInstances;
-};
-
 // A window of 400 by 300 with the control "main" in it, and in that the boxes "a" and "b" beside each other.
 class WindowFixture : public testing::Test {
  protected:
@@ -140,14 +114,8 @@ class WindowFixture : public testing::Test {
   }
   void MakeApplication(const std::string& controls) {
     End();
-    const std::string document =
-        "<R><Application Name='App'><Skins><Skin Name='S'>" + controls + "</Skin></Skins></Application></R>";
-    const Resource resources[] = {
-        {u"TFXML", u"SKIN", {reinterpret_cast<const unsigned char*>(document.data()), document.size()}}};
-    SetResources(resources);
-    const auto factory = MakeRC<LControlFactory>(u"App");
-    ASSERT_EQ(factory->LoadSkins(u"::SKIN"), kSuccess);
-    SetResources({});
+    const auto factory = LoadSkins("<Skins><Skin Name='S'>" + controls + "</Skin></Skins>");
+    ASSERT_TRUE(factory);
     factory->RegisterControlCreateFunction(u"Probe", MakeControl<WindowProbe>);
     factory->RegisterControlCreateFunction(u"Dialog", MakeControl<LDialog>);
     mApplication = MakeRC<WindowApp>(factory, mSystem);

@@ -9,9 +9,9 @@
 #include "TFFramework/ControlBase/CancelArgs.h"
 #include "TFFramework/ControlBase/WaitCursor.h"
 #include "TFFramework/Notification/Notification.h"
-#include "TFFramework/Renderer/Renderer.h"
 #include "TFFramework/System/WindowPlacement.h"
 #include "Tests/Support/AllocationCounter.h"
+#include "Tests/TFFramework/ControlBase/LetterPaint.h"
 #include "Tests/TFFramework/System/WindowFixture.h"
 
 namespace TF {
@@ -139,14 +139,11 @@ TEST_F(WindowTest, FloatingControlsArePaintedLastOnceAndInTheirOrder) {
                               "high paint"}));
 }
 
-// Fills itself with the first letter of its name.
 class LetterControl : public WindowProbe {
  public:
   using WindowProbe::WindowProbe;
   TFRESULT OnRenderBackground(const RCPtr<LRenderer>& renderer) override {
-    const std::uint32_t shade = 0xFF000000U | static_cast<std::uint32_t>(GetName()[0]);
-    renderer->FillRect({-1000, -1000, 3000, 3000}, LColor::FromPacked(shade), true);
-    return kSuccess;
+    return PaintLetter(*this, *renderer);
   }
 };
 

@@ -59,7 +59,7 @@ TFRESULT LGDIRenderer::RenderStart(const RCPtr<LRenderContextInfo>& context) {
     throw;
   }
   mContext = started;
-  ApplyClip();
+  NoteClip();
   return result;
 }
 
@@ -75,7 +75,7 @@ TFRESULT LGDIRenderer::RenderFinish(const RCPtr<LRenderContextInfo>& context) {
   const TFRESULT result = LRenderer::RenderFinish(context);
   const RCPtr<LGDIRenderContextInfo> finished = std::exchange(mContext, RCPtr<LGDIRenderContextInfo>());
   mContext = RCPtr<LRenderContextInfo>(GetTopContext());
-  ApplyClip();
+  NoteClip();
   if (finished && !finished->mIsOffscreen && finished->mWindow) Show(*finished);
   PurgeNowAndThen();
   return result;
@@ -110,11 +110,11 @@ Platform::Canvas* LGDIRenderer::GetCanvas() {
 
 void LGDIRenderer::SetClipRect(const RectT<double>& rect) {
   LRenderer::SetClipRect(rect);
-  ApplyClip();
+  NoteClip();
 }
 
-// The canvas knows no origin: every operation adds it, so that only the clip must be handed over.
-void LGDIRenderer::ApplyClip() {
+// As it lies at this moment: a later move of the origin does not move it.
+void LGDIRenderer::NoteClip() {
   if (!mContext) return;
   const RenderState& state = mContext->mState;
   mTargetClip = {state.mOrigin.mX + state.mClip.mX, state.mOrigin.mY + state.mClip.mY, state.mClip.mWidth,

@@ -69,7 +69,7 @@ class LGDIRenderer : public LRenderer {
   // With the present clip; null outside of a frame.
   Platform::Canvas* GetCanvas();
   static void MakeBuffersFit(LGDIRenderContextInfo& context);
-  void ApplyClip();
+  void NoteClip();
   void Show(LGDIRenderContextInfo& context);
   void PurgeNowAndThen();
   // From drawing coordinates.

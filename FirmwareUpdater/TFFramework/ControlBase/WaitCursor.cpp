@@ -10,11 +10,20 @@ LWaitCursor::LWaitCursor(const String& text) {
   if (!application) return;
   mWindow = application->GetFrontRootWindow();
   if (mWindow) mCursorBefore = mWindow->SetCursor(application->GetCursorHandle(u"UI_CURSOR_WAIT"));
-  application->SetStatusText(text, true);
-  application->ProcessNotifications(true);
+  try {
+    application->SetStatusText(text, true);
+    application->ProcessNotifications(true);
+  } catch (...) {
+    Restore();
+    throw;
+  }
 }
 
 LWaitCursor::~LWaitCursor() {
+  Restore();
+}
+
+void LWaitCursor::Restore() {
   if (mWindow) mWindow->SetCursor(mCursorBefore);
   if (LFrameworkApp* const application = LFrameworkApp::GetInstance()) application->RestoreStatusText(false);
 }

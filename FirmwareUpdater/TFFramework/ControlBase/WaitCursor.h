@@ -15,12 +15,15 @@ class LRootWindow;
 // Threads: main thread.
 class LWaitCursor {
  public:
+  // Throws what the receivers of those throw; the cursor is as before then.
   explicit LWaitCursor(const String& text);
   LWaitCursor(const LWaitCursor&) = delete;
   LWaitCursor& operator=(const LWaitCursor&) = delete;
   ~LWaitCursor();
 
  private:
+  void Restore();
+
   RCPtr<LRootWindow> mWindow;
   std::uintptr_t mCursorBefore = 0;
 };

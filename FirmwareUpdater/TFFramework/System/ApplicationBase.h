@@ -38,6 +38,9 @@ class LApplicationBase : public LFrameworkApp {
   }
 
   TFRESULT Shutdown() override {
+    // After a failed start, too.
+    CloseWindows(*this);
+    mMainWindow = nullptr;
     const TFRESULT result = LFrameworkApp::Shutdown();
     Platform::SetTimerResolution(false);
     return result;

@@ -72,8 +72,18 @@ void OSWindow::Close() {
   if (!mSelf) return;
   const RCPtr<OSWindow> self = std::move(mSelf);
   if (mOnClosing) std::exchange(mOnClosing, nullptr)(*this);
-  if (const RCPtr<LRootWindow> root = mRootWindow) {
-    root->SetTopControl(nullptr);
+  const RCPtr<LRootWindow> root = mRootWindow;
+  try {
+    if (root) root->SetTopControl(nullptr);
+  } catch (...) {
+    LetGo(root);
+    throw;
+  }
+  LetGo(root);
+}
+
+void OSWindow::LetGo(const RCPtr<LRootWindow>& root) {
+  if (root) {
     if (LFrameworkApp* const application = LFrameworkApp::GetInstance()) application->RemoveRootWindow(root);
     root->Detach();
     mRootWindow = nullptr;
@@ -189,17 +199,27 @@ std::int32_t OSWindow::RunModal() {
   const bool disablesParent = parent && parent->IsEnabled();
   if (disablesParent) parent->SetEnabled(false);
   mWindow->SetEnabled(true);
-  if (!mWindow->IsVisible()) mWindow->Show(Platform::WindowShow::kShow);
-  const bool ended = mMessageLoop.RunWhile([this] { return mIsModal && mWindow; });
+  if (!mWindow->IsVisible()) Show(ShowCommand::kShow);
+  bool ended = false;
+  try {
+    ended = mMessageLoop.RunWhile([this] { return mIsModal && mWindow; });
+  } catch (...) {
+    EndModal(disablesParent);
+    throw;
+  }
   const std::int32_t result = ended ? mModalResult : kModalQuit;
+  EndModal(disablesParent);
+  return result;
+}
+
+void OSWindow::EndModal(bool enablesParent) {
   mIsModal = false;
   const bool wasActive = mWindow && mWindow->HasFocus();
-  if (disablesParent && mParent && mParent->GetPlatformWindow()) {
+  if (enablesParent && mParent && mParent->GetPlatformWindow()) {
     mParent->GetPlatformWindow()->SetEnabled(true);
     if (wasActive) mParent->GetPlatformWindow()->Raise();
   }
   Close();
-  return result;
 }
 
 bool OSWindow::HasFocus() {
@@ -234,6 +254,7 @@ TFRESULT OSWindow::SetTextInputTarget(bool, const PointT<std::int32_t>&) {
 }
 
 void OSWindow::OnPaint() {
+  const RCPtr<OSWindow> self(this);
   PaintDirt();
   TellSizeLimits();
 }

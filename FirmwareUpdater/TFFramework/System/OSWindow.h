@@ -100,6 +100,10 @@ class OSWindow : public virtual LRefCountedObject,
   void OnDisplayChange() override;
   void OnPaint() override;
 
+  // The parent first, so that it is the one that becomes active.
+  void EndModal(bool enablesParent);
+  // The end of Close, whatever the controls have thrown.
+  void LetGo(const RCPtr<LRootWindow>& root);
   void TakeSize(const SizeT<std::int32_t>& client);
   void StoreNormalRect();
   void StorePoint(const Platform::PixelPoint& point);

@@ -2,28 +2,37 @@
 
 #include <utility>
 
+#include "TFFramework/Application/FrameworkApp.h"
+
 namespace TF {
+
+namespace {
+
+void RaiseModalWindows() {
+  for (const RCPtr<LRootWindow>& root : LFrameworkApp::GetInstance()->GetRootWindows()) {
+    IWindowOSServices* const services = root->GetServices();
+    if (services && services->IsModal()) services->BringToTop();
+  }
+}
+
+}  // namespace
 
 void SecondInstance::SetWindow(const RCPtr<OSWindow>& window) {
   mWindow = window;
-  mIsReachable = IsReachable();
-}
-
-bool SecondInstance::IsReachable() const {
-  return mWindow && mWindow->GetPlatformWindow() && mWindow->GetPlatformWindow()->IsEnabled();
+  mHasWindow = HasWindow();
 }
 
 bool SecondInstance::Take(const std::string& commandLine) {
-  if (!mIsReachable) return false;
+  if (!mHasWindow) return false;
   const MutexLock lock(mMutex);
   mTaken.push_back(commandLine);
   return true;
 }
 
 std::vector<String> SecondInstance::Deliver() {
-  mIsReachable = IsReachable();
+  mHasWindow = HasWindow();
   std::vector<String> commandLines;
-  if (!mIsReachable) return commandLines;
+  if (!mHasWindow) return commandLines;
   std::vector<std::string> taken;
   {
     const MutexLock lock(mMutex);
@@ -33,6 +42,8 @@ std::vector<String> SecondInstance::Deliver() {
   Platform::Window& window = *mWindow->GetPlatformWindow();
   if (window.IsMinimized()) window.Show(Platform::WindowShow::kRestore);
   window.Raise();
+  RaiseModalWindows();
+  if (!window.IsEnabled()) return commandLines;
   for (const std::string& line : taken) {
     if (!line.empty()) commandLines.push_back(FromUtf8(line));
   }

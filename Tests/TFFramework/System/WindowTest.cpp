@@ -50,7 +50,7 @@ TEST_F(WindowTest, AControlOfAnUnknownClassEndsTheStartAndLeavesNoWindow) {
   MakeApplication("<SubControl Class='Probe' Name='mainControl'><Skin>" + Box("a", "") +
                   "<SubControl Class='Nobody' Name='n'/></Skin></SubControl>");
   EXPECT_THROW(mApplication->OpenScreen(), std::runtime_error);
-  CloseWindows(*mApplication);
+  mApplication->Shutdown();
   EXPECT_TRUE(mSystem.mWindows.empty());
 }
 
@@ -264,16 +264,60 @@ TEST_F(WindowTest, AModalWindowKeepsItsParentFromTheUserUntilItEnds) {
   const RCPtr<LRootWindow> dialog = mApplication->GetRootWindows()[1];
   bool wasEnabled = true;
   mSystem.mWaits = {[&] {
-    wasEnabled = Window().mIsEnabled;
-    EXPECT_FALSE(mApplication->TakeCommandLine("late"));
-    dialog->RequestEnd(17);
-    mSystem.Wake();
-  }};
+                      wasEnabled = Window().mIsEnabled;
+                      EXPECT_TRUE(mApplication->TakeCommandLine("late"));
+                      Window(0).mCalls.clear();
+                      Window(1).mCalls.clear();
+                      mSystem.Wake();
+                    },
+                    [&] {
+                      // A later start finds the window, and its text goes nowhere.
+                      EXPECT_EQ(Window(0).mCalls, Texts({"raise"}));
+                      EXPECT_EQ(Window(1).mCalls, Texts({"raise"}));
+                      dialog->RequestEnd(17);
+                      mSystem.Wake();
+                    }};
   EXPECT_EQ(dialog->GetServices()->RunModal(), 17);
+  EXPECT_EQ(mApplication->mSecondInstances, Texts());
   EXPECT_FALSE(wasEnabled);
   EXPECT_TRUE(Window().mIsEnabled);
   EXPECT_EQ(Window().mCalls.back(), "raise");
   EXPECT_EQ(mSystem.mWindows.size(), 1U);
+}
+
+TEST_F(WindowTest, AFaultInAModalLoopEndsItAndGivesTheParentBack) {
+  mApplication->OpenChildRootWindow(u"dialog", Root());
+  const RCPtr<LRootWindow> dialog = mApplication->GetRootWindows()[1];
+  mSystem.mInput = {[] { throw std::runtime_error("a fault"); }};
+  EXPECT_THROW(dialog->GetServices()->RunModal(), std::runtime_error);
+  EXPECT_TRUE(Window().mIsEnabled);
+  EXPECT_EQ(mSystem.mWindows.size(), 1U);
+}
+
+TEST_F(WindowTest, AWindowWhoseControlsThrowAtTheirEndIsGoneAllTheSame) {
+  mApplication->OpenRootWindow(u"dialog");
+  const RCPtr<LRootWindow> root = mApplication->GetRootWindows()[1];
+  root->SetTopControl(mApplication->GetControlFactory()->CreateControl(u"mainControl", root));
+  WindowProbe::gWhenHidden = [&](LControl& control) {
+    if (control.GetRootWindow() == root) throw std::runtime_error("a fault");
+  };
+  root->RequestEnd(0);
+  EXPECT_THROW(mApplication->ProcessNotifications(true), std::runtime_error);
+  WindowProbe::gWhenHidden = nullptr;
+  EXPECT_EQ(mSystem.mWindows.size(), 1U);
+  EXPECT_EQ(mApplication->GetRootWindows().GetCount(), 1);
+  EXPECT_EQ(root->GetServices(), nullptr);
+}
+
+TEST_F(WindowTest, AWaitCursorThatCannotBeginLeavesTheOldOne) {
+  WindowProbe::gAct = [](WindowProbe&, const std::string& event) {
+    if (event == "a idle") throw std::runtime_error("a fault");
+  };
+  Child(u"a")->AddIdleUser();
+  EXPECT_THROW(LWaitCursor wait(u""), std::runtime_error);
+  WindowProbe::gAct = nullptr;
+  Child(u"a")->RemoveIdleUser();
+  EXPECT_NE(mSystem.mCursors.back(), mSystem.GetSystemCursor(Platform::SystemCursor::kWait));
 }
 
 TEST_F(WindowTest, AQuitEndsAModalLoopAndTheMainLoopBehindIt) {

@@ -75,8 +75,7 @@ TFRESULT LControl::SetParent(const RCPtr<LControl>& parent) {
   if (mParent) {
     InvalidateFrame();
     InvalidateUnclipped();
-    ReleaseMouse();
-    GiveUpInput();
+    GiveUpInputOfTree();
     LeaveParent();
   }
   if (!parent) return kSuccess;

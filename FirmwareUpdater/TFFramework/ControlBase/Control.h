@@ -489,6 +489,8 @@ class LControl : public virtual LNotificationClient,
   TFRESULT ReplaceDescriptor(const RCPtr<LControlDescriptor>& descriptor);
   void ReplaceChildren(const RCPtr<LControlDescriptor>& descriptor);
   void TakeLooks();
+  // The looks that were shown may be beyond those of the new skin.
+  void ShowSomeLook();
   void TakeFont();
   void TakeHotKeys();
 
@@ -518,6 +520,8 @@ class LControl : public virtual LNotificationClient,
   void ForEachLook(const RCPtr<LRenderer>& renderer, const std::function<void(LLook&)>& draw);
   void DrawLooks(const RCPtr<LRenderer>& renderer, const Region& dirty);
   void DrawContent(const RCPtr<LRenderer>& renderer, const Region& dirty, RCPtrArray<LControl>& deferred);
+  // What of a region of the renderer's target lies in the client area; the origin is at the frame's corner.
+  Region PartInClient(LRenderer& renderer, const Region& dirty) const;
   void DrawTexts(const RCPtr<LRenderer>& renderer, const Region& dirty);
   void DrawChildren(const RCPtr<LRenderer>& renderer, const Region& dirty, RCPtrArray<LControl>& deferred);
   // Draws children in Z order as long as they are docked on no more axes; returns the next place.
@@ -551,6 +555,8 @@ class LControl : public virtual LNotificationClient,
   RCPtr<LControl> MarkFocusPath();
   // Neither focus nor mouse stay with a control that leaves its tree.
   void GiveUpInput();
+  // The same for it and all that is below it, which leaves with it.
+  void GiveUpInputOfTree();
   void MarkChildHover(bool hover);
 
   // Mouse.
@@ -580,6 +586,7 @@ class LControl : public virtual LNotificationClient,
   void FlickContent(const PointT<double>& movement);
   void CarryTo(const PointT<double>& movement, PointT<double>& scrolling);
   void ChangeDropTarget(const RCPtr<LControl>& target);
+  void ShowDropCursor();
   void ScrollForDrag(const RCPtr<LControl>& scroller, const PointT<double>& scrolling);
   void StopScrollFor(const LControl& client);
   void LandDrag();

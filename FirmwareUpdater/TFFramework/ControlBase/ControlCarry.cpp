@@ -51,6 +51,7 @@ PointT<double> FindCarryScroll(LControl& target, std::uint32_t edges, const Poin
 // Docked it stays where it is while the parent scrolls.
 void LControl::FloatForDrag() {
   mDropTarget = nullptr;
+  ShowDropCursor();
   mDragWasFloating = !mLayout->ClipToParent;
   SetClipToParent(false);
   for (const LayoutAxis axis : kAxes) {
@@ -92,10 +93,14 @@ void LControl::ChangeDropTarget(const RCPtr<LControl>& target) {
   }
   if (!IsDragging()) return;
   mDropTarget = target;
-  if (const RCPtr<LRootWindow> window = GetRootWindow(); window) {
-    window->ShowNamedCursor(target ? u"UI_CURSOR_DROP_MOVE" : u"UI_CURSOR_NO_DROP");
-  }
+  ShowDropCursor();
   if (target) target->OnDropEnter(held);
+}
+
+void LControl::ShowDropCursor() {
+  if (const RCPtr<LRootWindow> window = GetRootWindow(); window) {
+    window->ShowNamedCursor(mDropTarget ? u"UI_CURSOR_DROP_MOVE" : u"UI_CURSOR_NO_DROP");
+  }
 }
 
 void LControl::LandDrag() {

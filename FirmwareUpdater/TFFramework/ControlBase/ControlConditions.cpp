@@ -89,9 +89,10 @@ void LControl::UpdateConditions() {
   mConditions->mHeight = mBounds.mHeight;
   ShowCursorFor(previous, current);
   if (Fell(previous, current, Bits::kLeftDrag) && std::exchange(mDragHasBegun, false)) OnDragEnd();
-  OnConditionChange(mConditions);
-  SendConditionNotifications(previous ^ current);
-  if (mDestroyed && !wasDestroyed) return;
+  const auto isGone = [this, wasDestroyed] { return mDestroyed && !wasDestroyed; };
+  if (!isGone()) OnConditionChange(mConditions);
+  if (!isGone()) SendConditionNotifications(previous ^ current);
+  if (isGone()) return;
   // Whoever was told may have ended the drag.
   if (Rose(previous, current, Bits::kLeftDrag) && IsDragging()) {
     mDragHasBegun = true;

@@ -29,6 +29,23 @@ bool IsSet(const LControlDescriptor& descriptor, const char16_t* key) {
   return GetCreateParameter(descriptor, key, value) && value == u"true";
 }
 
+using PartMap = std::map<String, RCPtr<LControlDescriptor>>;
+
+// By their names, the first of each.
+PartMap MapParts(const LControlDescriptor& descriptor) {
+  PartMap parts;
+  for (const RCPtr<LControlDescriptor>& part : descriptor.mSubControls) parts.try_emplace(part->mName, part);
+  return parts;
+}
+
+// What a child goes on under in another skin; null for none.
+RCPtr<LControlDescriptor> FindPartOf(const LControl& child, const PartMap& parts) {
+  const auto found = parts.find(child.GetName());
+  const bool goesOn = found != parts.end() && !child.IsDoomed() && child.GetDescriptor() &&
+                      child.GetDescriptor()->mClass == found->second->mClass;
+  return goesOn ? found->second : nullptr;
+}
+
 // What is no finite number is 0.
 double ParseDecimal(const String& text) {
   const std::string number = ToUtf8(text);
@@ -81,12 +98,15 @@ TFRESULT LControl::ReplaceDescriptor(const RCPtr<LControlDescriptor>& descriptor
   TakeLayout(descriptor);
   mLayout->IsVisible = before->IsVisible;
   mLayout->IsEnabled = before->IsEnabled;
-  if (mRootWindow) mLayout->mAxes = before->mAxes;
+  for (std::size_t axis = 0; mRootWindow && axis < mLayout->mAxes.size(); ++axis) {
+    mLayout->mAxes[axis].mPosition = before->mAxes[axis].mPosition;
+    mLayout->mAxes[axis].mSize = before->mAxes[axis].mSize;
+  }
   TakeFont();
   TakeLooks();
   String label;
   if (mStringSection && mStringSection->GetString(u"LABEL", label)) ChangeText(label, false);
-  SetActiveLook(0, true);
+  ShowSomeLook();
   Relayout();
   ReplaceChildren(descriptor);
   Relayout();
@@ -96,27 +116,40 @@ TFRESULT LControl::ReplaceDescriptor(const RCPtr<LControlDescriptor>& descriptor
 }
 
 void LControl::ReplaceChildren(const RCPtr<LControlDescriptor>& descriptor) {
-  std::map<String, RCPtr<LControl>> left;
+  const PartMap parts = MapParts(*descriptor);
   RCPtrArray<LControl> gone;
+  for (std::int32_t index = 0; index < GetChildCount(); ++index) {
+    if (!FindPartOf(*GetChild(index), parts)) gone.Add(GetChild(index));
+  }
+  // As long as they are in the window, which must forget them.
+  for (const RCPtr<LControl>& child : gone) child->Destroy();
+  RCPtrArray<LControl> detached;
+  std::map<const LControlDescriptor*, RCPtr<LControl>> staying;
   while (GetChildCount() > 0) {
     const RCPtr<LControl> child = GetChild(GetChildCount() - 1);
     mChildren.RemoveChild(child);
-    if (child->mIsDoomed || !left.try_emplace(child->GetName(), child).second) gone.Add(child);
+    detached.Add(child);
+    staying[FindPartOf(*child, parts).Get()] = child;
   }
-  for (const RCPtr<LControlDescriptor>& part : descriptor->mSubControls) {
-    const auto found = left.find(part->mName);
-    const bool stays = found != left.end() && found->second->GetDescriptor() &&
-                       found->second->GetDescriptor()->mClass == part->mClass;
-    if (stays) {
-      const RCPtr<LControl> child = found->second;
-      left.erase(found);
-      AdoptChild(child, part);
-    } else if (!IsSet(*part, u"DEFER_CREATE")) {
-      MakeChild(RCPtr<LControl>(this), part);
+  const auto dropTheRest = [&detached] {
+    for (const RCPtr<LControl>& child : detached) {
+      if (!child->mParent) child->Destroy();
     }
+  };
+  try {
+    for (const RCPtr<LControlDescriptor>& part : descriptor->mSubControls) {
+      const auto found = staying.find(part.Get());
+      if (found != staying.end()) {
+        AdoptChild(found->second, part);
+      } else if (!IsSet(*part, u"DEFER_CREATE")) {
+        MakeChild(RCPtr<LControl>(this), part);
+      }
+    }
+  } catch (...) {
+    dropTheRest();
+    throw;
   }
-  for (const auto& [name, child] : left) child->Destroy();
-  for (const RCPtr<LControl>& child : gone) child->Destroy();
+  dropTheRest();
 }
 
 TFRESULT LControl::AdoptChild(const RCPtr<LControl>& child, const RCPtr<LControlDescriptor>& descriptor) {
@@ -172,6 +205,13 @@ void LControl::TakeLooks() {
     const RCPtr<LLookDescriptor>& look = (*list)[slot];
     SetLook(look ? MakeRC<LLook>(look, mFont) : RCPtr<LLook>(), slot);
   }
+}
+
+void LControl::ShowSomeLook() {
+  for (std::int32_t slot = 0; slot < mLooks.GetCount(); ++slot) {
+    if (GetLookAlpha(slot) > 0) return;
+  }
+  SetActiveLook(0, true);
 }
 
 void LControl::TakeFont() {

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <utility>
+#include <vector>
 
 #include "TFFramework/ControlBase/Control.h"
 
@@ -150,6 +152,22 @@ void LControl::GiveUpInput() {
     above->mContainsFocus = false;
     above->UpdateConditions();
   }
+}
+
+void LControl::GiveUpInputOfTree() {
+  std::vector<RCPtr<LControl>> tree(1, RCPtr<LControl>(this));
+  for (std::size_t next = 0; next < tree.size(); ++next) {
+    const RCPtr<LControl> control = tree[next];
+    for (std::int32_t index = 0; index < control->GetChildCount(); ++index)
+      tree.push_back(control->GetChild(index));
+  }
+  for (const RCPtr<LControl>& control : tree) control->ReleaseMouse();
+  const RCPtr<LRootWindow> window = GetRootWindow();
+  if (const RCPtr<LControl> hovered = window ? window->GetHoverControl() : RCPtr<LControl>()) {
+    if (std::find(tree.begin(), tree.end(), hovered) != tree.end()) hovered->MouseLeave();
+  }
+  GiveUpInput();
+  for (const RCPtr<LControl>& control : tree) control->LeaveWindow();
 }
 
 void LControl::SetNotFocusable(bool notFocusable) {

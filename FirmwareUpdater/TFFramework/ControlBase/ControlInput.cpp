@@ -132,13 +132,13 @@ TFRESULT LControl::CaptureMouse(std::uint32_t button, std::int32_t x, std::int32
     ranOn = true;
     StopScroll(axis);
   }
-  // Who had the mouse before may take this control out of use.
+  // Before the one that had the mouse is told, who may take this one out of use or release its mouse.
+  mHasCapture = true;
   if (window) window->SetCaptureControl(held);
-  if (mDestroyed) {
+  if (!mHasCapture) {
     if (window) window->ClearCaptureControl();
     return kNothingDone;
   }
-  mHasCapture = true;
   mPressTick = mPrevMoveTick = GetControlTicks();
   mVelocity = {};
   MarkPress(button);

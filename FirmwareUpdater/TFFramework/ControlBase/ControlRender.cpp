@@ -68,6 +68,7 @@ TFRESULT LControl::Render(const RCPtr<LRenderer>& renderer, const Region& dirty,
   }
   DrawLooks(renderer, dirty);
   DrawContent(renderer, dirty, deferred);
+  if (mBackingStore) mBackingDirty.Clear();
   return kSuccess;
 }
 
@@ -94,15 +95,26 @@ void LControl::DrawLooks(const RCPtr<LRenderer>& renderer, const Region& dirty) 
 
 void LControl::DrawContent(const RCPtr<LRenderer>& renderer, const Region& dirty,
                            RCPtrArray<LControl>& deferred) {
-  ForEachPart(renderer, dirty, [&] { OnRenderBackground(renderer); });
-  DrawTexts(renderer, dirty);
+  // A view's own content ends with its client area; bars beside that are children.
+  const Region inClient = mBackingStore ? PartInClient(*renderer, dirty) : Region();
+  const Region& content = mBackingStore ? inClient : dirty;
+  ForEachPart(renderer, content, [&] { OnRenderBackground(renderer); });
+  DrawTexts(renderer, content);
   DrawChildren(renderer, dirty, deferred);
-  ForEachPart(renderer, dirty, [&] { OnRenderForeground(renderer); });
+  ForEachPart(renderer, content, [&] { OnRenderForeground(renderer); });
   for (std::int32_t index = 0; index < GetChildCount(); ++index) {
     const RCPtr<LControl>& child = GetChild(index, ChildOrder::kZ);
     if (!child->mLayout->ClipToParent && child->IsShown(false)) deferred.Add(child);
   }
-  if (mBackingStore) mBackingDirty.Clear();
+}
+
+Region LControl::PartInClient(LRenderer& renderer, const Region& dirty) const {
+  const PointT<double> origin = renderer.GetState()->mOrigin;
+  const RectT<double> client = GetClientRect();
+  Region part = dirty;
+  part.Intersect(RectT<std::int32_t>{RoundToInt32(origin.mX + client.mX), RoundToInt32(origin.mY + client.mY),
+                                     RoundToInt32(client.mWidth), RoundToInt32(client.mHeight)});
+  return part;
 }
 
 void LControl::DrawTexts(const RCPtr<LRenderer>& renderer, const Region& dirty) {

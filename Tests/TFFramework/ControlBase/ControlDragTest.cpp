@@ -261,7 +261,7 @@ TEST_F(ControlCarryTest, ACarriedControlFloatsToATargetAndBack) {
   Drag({90, 55}, {{91, 55}, {230, 60}});
   EXPECT_FALSE(item->GetClipToParent());
   EXPECT_EQ(item->GetWindowPosition(), (PointT<double>{220, 55}));
-  EXPECT_EQ(mWindow->TakeAsked(), Log{"cursor UI_CURSOR_DROP_MOVE"});
+  EXPECT_EQ(mWindow->TakeAsked(), (Log{"cursor UI_CURSOR_NO_DROP", "cursor UI_CURSOR_DROP_MOVE"}));
   mWindow->Move(231, 60);
   mWindow->Move(215, 60);
   EXPECT_EQ(mWindow->TakeAsked(), Log{"cursor UI_CURSOR_NO_DROP"});
@@ -350,6 +350,30 @@ TEST_F(ControlCarryTest, NothingIsDroppedFromOrOntoAControlThatGoes) {
     EXPECT_EQ(std::count(events.begin(), events.end(), "target drop"), 0) << ToUtf8(victim);
     EXPECT_EQ(std::count(events.begin(), events.end(), "target drop leave"), 1) << ToUtf8(victim);
     EXPECT_FALSE(mWindow->mCapture) << ToUtf8(victim);
+    mMain->Destroy();
+  }
+}
+
+TEST_F(ControlDragTest, AControlThatGoesWhenItsConditionsChangeHearsNoMore) {
+  for (const char* last : {"item drag end", "item conditions"}) {
+    MakeView(DragMode::kMove, Edges::kX);
+    const auto item = At(u"view.item");
+    Listen(item, {u"NID_CONDITION_CHANGE"});
+    Drag({100, 60}, {{101, 60}, {120, 60}});
+    bool isGone = false;
+    ProbeControl::gAct = [&](ProbeControl& control, const std::string& event) {
+      if (event != last) return;
+      ProbeControl::gAct = nullptr;
+      control.Destroy();
+      isGone = true;
+      TakeLog();
+    };
+    mWindow->LetGo();
+    Log events = TakeLog();
+    std::erase_if(events, [](const std::string& event) { return !event.starts_with("item"); });
+    EXPECT_EQ(events, Log()) << last;
+    EXPECT_TRUE(isGone) << last;
+    mEar->UnregisterAll();
     mMain->Destroy();
   }
 }

@@ -189,11 +189,63 @@ TEST_F(ControlInputTest, AWheelClimbsUntilSomebodyTakesIt) {
   EXPECT_EQ(TakeEvents(), (Log{"f1 horizontal wheel", "f horizontal wheel", "inner horizontal wheel",
                                "under horizontal wheel"}));
   for (const char16_t* path : {u"", u"a", u"a.f", u"a.f.f1"}) EXPECT_FALSE(At(path)->IsHitExcluded());
+  // Who scrolls by it finds the mouse where it is.
+  ProbeControl::gAct = [this](ProbeControl& control, const std::string& event) {
+    if (event == "under wheel") control.SetScrollOffset({0, 1});
+  };
+  mWindow->Wheel(LMouseWheelParam::kDown);
+  EXPECT_EQ(mWindow->mHover, At(u"a.f.f1"));
   ProbeControl::gAct = [](ProbeControl&, const std::string& event) {
     if (event == "inner wheel") throw std::runtime_error(event);
   };
   EXPECT_THROW(mWindow->Wheel(LMouseWheelParam::kUp), std::runtime_error);
   EXPECT_FALSE(At(u"a.f")->IsHitExcluded());
+}
+
+TEST_F(ControlInputTest, WhoTakesTheMouseHasItWhenTheOneBeforeIsTold) {
+  MakeBoxes();
+  const auto a = At(u"a"), b = At(u"b");
+  for (const bool goes : {false, true}) {
+    a->CaptureMouse(0, 0, 0);
+    bool had = false;
+    ProbeControl::gAct = [&](ProbeControl& control, const std::string& event) {
+      if (event != "a conditions" || control.HasCapture()) return;
+      had = b->HasCapture();
+      if (goes) b->Destroy();
+    };
+    b->CaptureMouse(0, 0, 0);
+    ProbeControl::gAct = nullptr;
+    EXPECT_TRUE(had);
+    EXPECT_EQ(mWindow->mCapture == b, !goes);
+  }
+}
+
+TEST_F(ControlInputTest, WhatLeavesTheWindowIsForgottenByItWithEverythingBelow) {
+  for (const bool bySkin : {false, true}) {
+    MakeBoxes();
+    const auto a = At(u"a"), inner = At(u"a.a1");
+    mWindow->Move(60, 10);
+    inner->SetFocus(true);
+    mWindow->Press();
+    EXPECT_EQ(mWindow->mHover, inner);
+    EXPECT_EQ(mWindow->mCapture, inner);
+    if (bySkin) {
+      const auto descriptor =
+          mFactory->CopyDescriptor(mMain->GetDescriptor(), mMain->GetDescriptor()->mLayout, u"main");
+      descriptor->mSubControls.RemoveItems(0, 1);
+      EXPECT_EQ(mMain->ApplyDescriptor(descriptor), kSuccess);
+    } else {
+      a->SetParent(nullptr);
+    }
+    EXPECT_FALSE(a->GetParent());
+    EXPECT_FALSE(mWindow->mCapture);
+    EXPECT_TRUE(!mWindow->mHover || mWindow->mHover == mMain);
+    EXPECT_FALSE(mWindow->mFocus == inner);
+    EXPECT_TRUE(bySkin || (inner->GetConditions()->mCurrent & 0x3FFU) == 0);
+    mWindow->mButtons = 0;
+    a->Destroy();
+    mMain->Destroy();
+  }
 }
 
 TEST_F(ControlInputTest, AToolTipIsMadeFromTheSkinWhenThereIsAText) {

@@ -307,6 +307,22 @@ TEST_F(ControlTreeTest, AnotherSkinKeepsTheControlsThatItNamesToo) {
   EXPECT_EQ(mMain->GetUnclippedCount(), 0);
 }
 
+TEST_F(ControlTreeTest, AnotherSkinShowsTheLookThatWasShownOrElseTheFirst) {
+  MakeTree("");
+  const auto skin =
+      mFactory->CopyDescriptor(mMain->GetDescriptor(), mMain->GetDescriptor()->mLayout, u"main");
+  skin->mSkin = MakeRC<LSkinDescriptor>();
+  skin->mSkin->mLookList = MakeRC<LLookList>();
+  for (const std::int32_t looks : {3, 2, 1}) {
+    skin->mSkin->mLookList->SetCount(looks);
+    for (std::int32_t slot = 0; slot < looks; ++slot)
+      (*skin->mSkin->mLookList)[slot] = MakeRC<LLookDescriptor>();
+    EXPECT_EQ(mMain->ApplyDescriptor(skin), kSuccess);
+    EXPECT_EQ(mMain->GetLook(LControl::kActiveLook), mMain->GetLook(looks == 2 ? 1 : 0)) << looks;
+    mMain->SetActiveLook(1);
+  }
+}
+
 TEST_F(ControlTreeTest, LooksFallBackToTheOneThatIsShown) {
   MakeTree("");
   const auto first = MakeRC<LLook>(MakeRC<LLookDescriptor>(), nullptr);

@@ -52,6 +52,16 @@ TEST_F(ControlWindowTest, TheWindowTakesTheSizeOfItsTopControl) {
   EXPECT_TRUE(mWindow->TakeAsked().empty());
 }
 
+TEST_F(ControlWindowTest, AnotherSkinLeavesTheWindowsSizeAndBringsItsLimits) {
+  const auto layout = MakeRC<LLayoutDescriptor>(*mMain->GetDescriptor()->mLayout);
+  layout->Axis(LayoutAxis::kX).mSize.mAbs = 500;
+  layout->Axis(LayoutAxis::kX).mMaximum.mAbs = 350;
+  const auto descriptor = mFactory->CopyDescriptor(mMain->GetDescriptor(), layout, u"main");
+  EXPECT_EQ(mMain->ApplyDescriptor(descriptor), kSuccess);
+  EXPECT_EQ(mMain->GetBounds().mWidth, 300);
+  EXPECT_EQ(mMain->ConstrainSize({400, 100}).mWidth, 350);
+}
+
 TEST_F(ControlWindowTest, OnlyTheTopControlNamesTheWindow) {
   mWindow->TakeAsked();
   mMain->FindChild(u"child")->SetText(u"label");

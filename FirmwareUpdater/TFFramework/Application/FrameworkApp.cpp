@@ -156,8 +156,7 @@ void LFrameworkApp::ApplySkinToWindows() {
     if (!top) continue;
     mControlFactory->ApplySkin(top);
     window->RefreshFrame();
-    if (top->RestoresWindowFrame() == 1 && !IsEmpty(window->GetSkinFrame()))
-      window->SetClientRect(window->GetSkinFrame());
+    if (top->RestoresWindowFrame() == 1) window->RestoreFrame();
     window->InvalidateAll();
   }
 }

@@ -240,7 +240,7 @@ class LControl : public virtual LNotificationClient,
 
  protected:
   // What a control without a parent refers to; false without a window. By default the control's own
-  // window, or else the application's.
+  // window, or, while it is being created, the application's in front.
   virtual bool FindDesktop(LayoutDesktop& desktop);
 
  public:

@@ -1,9 +1,12 @@
+#include "TFFramework/Application/FrameworkApp.h"
 #include "TFFramework/ControlBase/Control.h"
 
 namespace TF {
 
 bool LControl::FindDesktop(LayoutDesktop& desktop) {
-  const RCPtr<LRootWindow> window = mRootWindow;
+  RCPtr<LRootWindow> window = mRootWindow;
+  const LFrameworkApp* const application = LFrameworkApp::GetInstance();
+  if (!window && !mCreated && application) window = application->GetFrontRootWindow();
   return window && window->GetLayoutDesktop(desktop);
 }
 

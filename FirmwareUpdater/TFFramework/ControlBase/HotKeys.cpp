@@ -31,7 +31,10 @@ HotKeyMap ReadHotKeys(const LStringTable& section, const String& prefix) {
   for (const auto& [identifier, text] : section.GetStrings()) {
     if (identifier.Find(start) != 0) continue;
     const KeyCode key = KeyCodeFromName(text);
-    if (!IsNoKey(key)) hotKeys[identifier.Mid(start.Length())].push_back(key);
+    // What lies between tells apart the keys of one notification.
+    const auto point = static_cast<std::int32_t>(identifier.View().rfind(u'.'));
+    const String notification = identifier.Mid(point + 1);
+    if (!IsNoKey(key) && !notification.IsEmpty()) hotKeys[notification].push_back(key);
   }
   return hotKeys;
 }

@@ -12,8 +12,8 @@ namespace TF {
 // The keys that send a notification, by its name.
 using HotKeyMap = std::map<String, std::vector<KeyCode>>;
 
-// The keys in a section of texts: each stands below the prefix, a point and the name of its notification.
-// Texts that name no key are left out.
+// The keys in a section of texts: the name of each begins with the prefix and a point, and what is behind its
+// last point names the notification. Texts that name no key are left out.
 HotKeyMap ReadHotKeys(const LStringTable& section, const String& prefix);
 
 // The name of the first notification that the key sends; null for none. Characters match in whatever state

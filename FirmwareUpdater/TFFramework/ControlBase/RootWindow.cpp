@@ -74,6 +74,7 @@ void LRootWindow::TakeTree(const RCPtr<LControl>& control) {
   }
   if (!control->GetRootWindow()) control->SetRootWindow(RCPtr<LRootWindow>(this));
   if (!control->GetText().IsEmpty()) SetTitle(control->GetText());
+  mSkinFrame = FindSkinFrame();
   RefreshFrame();
   if (mTopControl != control) return;
   FocusTree();
@@ -82,14 +83,32 @@ void LRootWindow::TakeTree(const RCPtr<LControl>& control) {
 
 void LRootWindow::RefreshFrame() {
   if (!mTopControl) return;
-  LayoutDesktop desktop;
-  if (GetLayoutDesktop(desktop)) mSkinFrame = Rounded(mTopControl->ComputeTopFrame(desktop));
   LayoutPosition position;
   position.mReference = PositionReference::kClient;
   LayoutSize size;
   size.mReference = SizeReference::kClient;
   size.mRel = 1;
   mTopControl->SetLayout(position, size, position, size);
+}
+
+// The layout may refer to the window in front, but not to this one, whose place comes of it.
+RectT<std::int32_t> LRootWindow::FindSkinFrame() {
+  LayoutDesktop desktop;
+  if (!GetLayoutDesktop(desktop)) return {};
+  const LFrameworkApp* const application = LFrameworkApp::GetInstance();
+  const RCPtr<LRootWindow> front = application ? application->GetFrontRootWindow() : RCPtr<LRootWindow>();
+  if (!front || front == this || !front->GetLayoutDesktop(desktop)) desktop.mClientOrigin = {};
+  RectT<double> frame = mTopControl->ComputeTopFrame(desktop);
+  frame.mX += desktop.mClientOrigin.mX;
+  frame.mY += desktop.mClientOrigin.mY;
+  return Rounded(frame);
+}
+
+void LRootWindow::RestoreFrame() {
+  PointT<std::int32_t> corner;
+  if (!mTopControl || !mOSServices || Failed(mOSServices->ClientToScreen(corner, {0, 0}))) return;
+  const RectT<std::int32_t> frame = Rounded(mTopControl->GetBounds());
+  SetClientRect({corner.mX + frame.mX, corner.mY + frame.mY, frame.mWidth, frame.mHeight});
 }
 
 void LRootWindow::FocusTree() {
@@ -177,9 +196,12 @@ bool LRootWindow::GetLayoutDesktop(LayoutDesktop& desktop) {
   LFrameworkApp* const application = LFrameworkApp::GetInstance();
   const RectT<std::int32_t> workArea = application ? application->GetWorkArea() : RectT<std::int32_t>();
   desktop.mWorkArea = {double(workArea.mWidth), double(workArea.mHeight)};
-  PointT<std::int32_t> mouse;
-  mOSServices->GetMousePosition(mouse);
-  desktop.mMouse = {double(corner.mX) + mouse.mX, double(corner.mY) + mouse.mY};
+  if (!application) return true;
+  // A window that has not been under the mouse yet does not know where it is.
+  PointT<std::int32_t> mouse = application->GetCursorPosition();
+  const RCPtr<LRootWindow> active = application->GetActiveRootWindow();
+  if (active && active->mOSServices) active->mOSServices->ClientToScreen(mouse, mouse);
+  desktop.mMouse = {double(mouse.mX), double(mouse.mY)};
   return true;
 }
 

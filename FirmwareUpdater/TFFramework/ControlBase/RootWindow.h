@@ -48,15 +48,17 @@ class LRootWindow : public LNotificationDistributor, public LNotificationQueue, 
   // One of the current skin. An empty name leaves none; kFailure when there is no such control.
   TFRESULT SetTopControlByName(const String& name);
   const RCPtr<LControl>& GetTopControl() const { return mTopControl; }
-  // The frame on the screen that the skin gives the top control; empty without one.
+  // The frame on the screen that the skin gave the top control when it came; empty without one.
   const RectT<std::int32_t>& GetSkinFrame() const { return mSkinFrame; }
   // What a client area of this size becomes by the limits of the top control; true when it changes.
   bool ConstrainClientSize(SizeT<std::int32_t>& size);
   // Moves and sizes the window's client area on the screen.
   void SetClientRect(const RectT<std::int32_t>& rect);
   RectT<std::int32_t> GetClientRect() const;
-  // Puts it where it is now once more, after its skin has changed.
+  // The top control fills the client area again, after its skin has changed.
   void RefreshFrame();
+  // Puts the client area where the top control's frame lies.
+  void RestoreFrame();
 
   // The window is to end with this result when the running event is over. kFailure without one.
   TFRESULT RequestEnd(std::int32_t result);
@@ -126,6 +128,7 @@ class LRootWindow : public LNotificationDistributor, public LNotificationQueue, 
   // Without destroying it.
   void ForgetTree();
   void TakeTree(const RCPtr<LControl>& control);
+  RectT<std::int32_t> FindSkinFrame();
   void FocusTree();
   void HideToolTip();
   void ShowToolTipOf(const RCPtr<LControl>& owner);

@@ -33,7 +33,6 @@ class LApplicationBase : public LFrameworkApp {
     Platform::SetTimerResolution(true);
     if (Failed(RunApplicationStartup())) return kFailure;
     Register(GetApplicationCenter(), kAppExitRequest, 0);
-    BindExitKey();
     return kSuccess;
   }
 
@@ -57,6 +56,7 @@ class LApplicationBase : public LFrameworkApp {
 
   // The main window with its top-level control, shown.
   virtual TFRESULT OpenScreen() {
+    BindExitKey();
     if (Failed(CreateMainWindow(GetRendererType()))) return kFailure;
     const RCPtr<LRootWindow> root = mMainWindow->GetRootWindow();
     if (Failed(root->SetTopControlByName(GetMainControlName()))) return kFailure;
@@ -67,8 +67,8 @@ class LApplicationBase : public LFrameworkApp {
   }
 
   TFRESULT CreateMainWindow(std::int32_t rendererType) override {
-    mMainWindow =
-        MakeControlWindow(*this, mMessageLoop, OSWindow::Role::kMain, GetMainControlName(), rendererType);
+    mMainWindow = MakeControlWindow(*this, mMessageLoop, OSWindow::Role::kMain, nullptr, GetMainControlName(),
+                                    rendererType);
     return mMainWindow ? kSuccess : kFailure;
   }
 
@@ -130,6 +130,7 @@ class LApplicationBase : public LFrameworkApp {
     return ProcessNotifications(count == 0) && count < kIdlePasses - 1;
   }
 
+  // Unless the application's texts give the key to something else.
   void BindExitKey() {
     const KeyCode key = KeyCodeFromName(u"Alt+VKEY_F4");
     if (!GetHotKeys()->HasKey(key)) GetHotKeys()->Bind(kAppExitRequest, key);

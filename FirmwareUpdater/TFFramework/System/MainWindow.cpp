@@ -71,14 +71,18 @@ bool IsResizable(const LayoutValues& layout) {
 }
 
 RCPtr<OSWindow> MakeControlWindow(LFrameworkApp& application, MessageLoop& messageLoop, OSWindow::Role role,
-                                  const String& controlName, std::int32_t rendererType) {
+                                  const RCPtr<OSWindow>& parent, const String& controlName,
+                                  std::int32_t rendererType) {
   const auto descriptor = application.GetControlFactory()->FindControlDescriptor(controlName);
   if (!descriptor) {
     Throw<std::runtime_error>("Null Pointer : Invalid Control Name",
                               "TF::LApplicationBase<class LApplication>::CreateMainWindow");
   }
   const auto window = MakeRC<OSWindow>(*application.GetWindowSystem(), messageLoop, role);
-  if (Failed(window->Create(DescribeWindow(application, *descriptor->mLayout)))) return nullptr;
+  Platform::WindowDescription description = DescribeWindow(application, *descriptor->mLayout);
+  if (parent) description.mParent = parent->GetPlatformWindow();
+  if (Failed(window->Create(description))) return nullptr;
+  window->SetParent(parent);
   if (const auto icon = application.GetIcon()) window->GetPlatformWindow()->SetIcon(icon->GetView());
   window->AttachRenderer(rendererType);
   return window;
@@ -103,12 +107,11 @@ void ShowMainWindow(OSWindow& window, LFrameworkApp& application, const std::str
 
 TFRESULT OpenFurtherWindow(LFrameworkApp& application, MessageLoop& messageLoop, const String& controlName,
                            const RCPtr<LRootWindow>& parent) {
-  const RCPtr<OSWindow> window = MakeControlWindow(application, messageLoop, OSWindow::Role::kFurther,
+  const RCPtr<OSWindow> above(dynamic_cast<OSWindow*>(parent ? parent->GetServices() : nullptr));
+  const RCPtr<OSWindow> window = MakeControlWindow(application, messageLoop, OSWindow::Role::kFurther, above,
                                                    controlName, application.GetRendererType());
   if (!window) return kFailure;
   const RCPtr<LRootWindow> root = window->GetRootWindow();
-  if (auto* const above = dynamic_cast<OSWindow*>(parent ? parent->GetServices() : nullptr))
-    window->SetParent(RCPtr<OSWindow>(above));
   if (Failed(root->SetTopControlByName(controlName))) {
     window->Close();
     return kFailure;

@@ -18,7 +18,8 @@ bool IsResizable(const LayoutValues& layout);
 // A window for a top-level control of the current skin, hidden, with renderer and root window, of the size
 // that the skin gives. Null when the display gives none. Throws runtime_error for an unknown name.
 RCPtr<OSWindow> MakeControlWindow(LFrameworkApp& application, MessageLoop& messageLoop, OSWindow::Role role,
-                                  const String& controlName, std::int32_t rendererType);
+                                  const RCPtr<OSWindow>& parent, const String& controlName,
+                                  std::int32_t rendererType);
 
 // Shows the main window where the skin wants it, or, unless that cannot be, where it was when the program
 // ran last; from now on its end stores the place below the section. The window has its top control.

@@ -19,7 +19,8 @@ constexpr std::uint8_t kAltKey = 0x12;
 // Pixels. Larger than every screen, and far from where numbers end.
 constexpr std::int32_t kHugeSide = 30000;
 
-constexpr Platform::PixelPoint kNowhere{-1, -1};
+// Beyond everything that may stick out of a window.
+constexpr Platform::PixelPoint kNowhere{-0x10000000, -0x10000000};
 
 bool IsWithin(const Platform::PixelRect& inner, const RectT<std::int32_t>& outer) {
   return inner.mX >= outer.mX && inner.mY >= outer.mY && inner.mX + inner.mWidth <= outer.mX + outer.mWidth &&

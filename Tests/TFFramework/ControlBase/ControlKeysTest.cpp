@@ -43,6 +43,17 @@ TEST_F(ControlKeysTest, AKeyClimbsFromTheFocusUntilItIsTaken) {
   EXPECT_TRUE(TakeLog().empty());
 }
 
+TEST_F(ControlKeysTest, OneNotificationMayHaveManyKeys) {
+  Bind(u"b", u"VKEY_F1", u"1.NID_GO");
+  Bind(u"b", u"VKEY_F2", u"2.NID_GO");
+  MakeRow({{"a", 0}, {"b", 1}});
+  for (const std::uint32_t key : {kF1, kF1 + 0x10000}) {
+    TakeLog();
+    mWindow->Key(key);
+    EXPECT_EQ(TakeEvents(), (Log{"a key", "b NID_GO"}));
+  }
+}
+
 TEST_F(ControlKeysTest, OnlyThePressOfTheTabKeyMovesTheFocus) {
   struct Case {
     std::uint32_t mKey;

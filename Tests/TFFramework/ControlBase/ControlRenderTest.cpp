@@ -1,6 +1,7 @@
 #include <string>
 
 #include "Tests/TFFramework/ControlBase/LetterPaint.h"
+#include "Tests/TFFramework/ControlBase/LookParts.h"
 #include "Tests/TFFramework/ControlBase/ProbeControl.h"
 #include "Tests/TFFramework/Renderer/RendererRig.h"
 
@@ -105,6 +106,16 @@ TEST_F(ControlPaintTest, DrawsInZOrderInsideTheClientAreasAndDefersWhatFloats) {
   deferred.SetCount(0);
   EXPECT_EQ(Row(Region({0, 0, 40, 30}), 2, 16, deferred), "mmyyyyxxxxxxmmmm");
   EXPECT_EQ(mMain->Render(nullptr, Region(), deferred, false), kInvalidArgument);
+  // A view that tracks its content leaves the rest of its frame to its look and to what is docked there.
+  const auto look = MakeRC<LLookDescriptor>();
+  look->mClientPart = Client(ColorPart(0xFF000000U | 'l'), 3, 0, 0, 0);
+  mMain->SetLookCount(1);
+  mMain->SetLook(MakeRC<LLook>(look, nullptr), 0);
+  mMain->SetActiveLook(0);
+  RCPtr<ProbeControl>(mMain)->mBackingStore = true;
+  mMain->FindChild(u"p")->SetVisible(false);
+  deferred.SetCount(0);
+  EXPECT_EQ(Row(Region({1, 0, 37, 30}), 2, 40, deferred), "..." + std::string(35, 'm') + "..");
 }
 
 }  // namespace

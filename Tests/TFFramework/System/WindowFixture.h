@@ -30,6 +30,7 @@ class WindowProbe : public LControl {
   static inline LStringTable::Strings gStrings;
   static inline std::function<void(LControl&)> gWhenHidden;
   static inline TFRESULT gWheelResult = kSuccess;
+  static inline bool gRestoresFrame = false;
   // Runs at each event.
   static inline std::function<void(WindowProbe&, const std::string&)> gAct;
 
@@ -63,6 +64,7 @@ class WindowProbe : public LControl {
          ToUtf8(KeyCodeToName(param->mKey)));
     return kNothingDone;
   }
+  std::int32_t RestoresWindowFrame() override { return gRestoresFrame ? 1 : 0; }
   void ShowToolTip(bool show) override { Tell(show ? "tip" : "no tip"); }
   TFRESULT OnRenderBackground(const RCPtr<LRenderer>& renderer) override {
     Tell("paint");

@@ -45,6 +45,13 @@ TEST_F(WindowInputTest, OutsideOfTheWindowTheMouseIsNowhere) {
   EXPECT_EQ(TakeLog(), Texts({"a enter", "a leave"}));
   Root()->RepeatHitTest();
   EXPECT_EQ(TakeLog(), Texts());
+  // Not over what sticks out of the window either.
+  MakeWindow(
+      "XSizeAbs='400' YSizeAbs='300'",
+      Box("f", "XPositionAbs='-20' YPositionAbs='-20' XSizeAbs='50' YSizeAbs='50' ClipToParent='False'"));
+  Listener().OnMouseMove(At(10, 10));
+  Listener().OnMouseLeave();
+  EXPECT_EQ(TakeLog(), Texts({"f enter", "f leave"}));
 }
 
 TEST_F(WindowInputTest, LosingTheFocusTakesTheMouseAndTheFocusAwayAndItComesBack) {
@@ -181,6 +188,18 @@ TEST_F(WindowInputTest, TheExitKeyAsksForTheEndWhereverTheFocusIs) {
   Root()->SetTopControlByName(u"mainControl");
   press();
   EXPECT_TRUE(mApplication->IsExitRequested());
+}
+
+TEST_F(WindowInputTest, TheExitKeyMayBeGivenToSomethingElse) {
+  const std::string window =
+      "<SubControl Class='Probe' Name='mainControl'><Skin>" + Box("a", "") + "</Skin></SubControl>";
+  MakeApplication(window);
+  mApplication->GetHotKeys()->Bind(u"NID_OTHER", KeyCodeFromName(u"Alt+VKEY_F4"));
+  ASSERT_EQ(mApplication->OpenScreen(), kSuccess);
+  Listener().OnFocus(true);
+  Listener().OnKey({0x73, true, false, Platform::ModifierBit::kAlt});
+  mApplication->ProcessNotifications(true);
+  EXPECT_FALSE(mApplication->IsExitRequested());
 }
 
 TEST_F(WindowInputTest, TipsShowOverTheirOwnerUntilAPressOrAKey) {

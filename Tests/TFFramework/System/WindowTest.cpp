@@ -35,6 +35,43 @@ TEST_F(WindowTest, OpensInTheSizeOfTheSkinWhereTheLayoutPutsIt) {
   EXPECT_EQ(Window().mDescription.mTitle, "Company");
   EXPECT_TRUE(Window().mIsVisible);
   EXPECT_EQ(Main()->GetBounds(), (RectT<double>{0, 0, 200, 100}));
+  for (const char* word : {"Screen", "Active Window"}) {
+    // Nothing is known of windows before.
+    End();
+    setenv("XDG_CONFIG_HOME", (mFolder.Path() / word).c_str(), 1);
+    MakeWindow(std::string("XSizeAbs='200' YSizeAbs='100' XPositionAbs='100' YPositionAbs='70' ") +
+                   "XPositionToControl='" + word + "' YPositionToControl='" + word + "'",
+               "");
+    EXPECT_EQ(Window().mClient, (PixelRect{100, 70, 200, 100})) << word;
+  }
+}
+
+TEST_F(WindowTest, AFurtherWindowStandsAboveItsParentWhereTheSkinPutsIt) {
+  MakeApplication(
+      "<SubControl Class='Probe' Name='mainControl' XSizeAbs='400' YSizeAbs='300' XPositionAbs='200' "
+      "XPositionToControl='Screen'/><SubControl Class='Dialog' Name='dialog' XSizeAbs='100' YSizeAbs='50' "
+      "XPositionToControl='Active Window' XPositionRel='0.5' XPlacementAnchor='0.5' "
+      "YPositionToControl='mouse' YPositionAbs='7'/>");
+  ASSERT_EQ(mApplication->OpenScreen(), kSuccess);
+  Listener().OnMouseMove(At(30, 20));
+  EXPECT_EQ(mApplication->OpenChildRootWindow(u"dialog", Root()), kSuccess);
+  EXPECT_EQ(Window(1).mDescription.mParent, &Window(0));
+  EXPECT_EQ(Window(1).mClient, (PixelRect{350, 27, 100, 50}));
+}
+
+TEST_F(WindowTest, AnotherSkinLeavesTheWindowWhereItIs) {
+  MakeWindow(
+      "XSizeAbs='200' YSizeAbs='100' XPlacementAnchor='0.5' XPositionToControl='Screen' XPositionRel='0.5' "
+      "YPositionToControl='Screen' YPositionAbs='50'",
+      "");
+  Window().mClient = {300, 200, 250, 150};
+  Listener().OnResize({250, 150});
+  for (const bool restores : {false, true}) {
+    WindowProbe::gRestoresFrame = restores;
+    mApplication->SetSkin(0);
+    EXPECT_EQ(Window().mClient, (PixelRect{300, 200, 250, 150}));
+  }
+  WindowProbe::gRestoresFrame = false;
 }
 
 TEST_F(WindowTest, WithoutItsControlOrAWindowThereIsNoScreen) {

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "TFFramework/Controls/DropDownControl.h"
+#include "TFFramework/Controls/PopupMenu.h"
+
+namespace TF {
+
+// A face with a menu below it, such as an entry of a menu bar. While one of a row of them is open, the mouse
+// opens the others by moving over them. Press, drag and release choose an item in one gesture. Needs the
+// child "popupMenu".
+//
+// Threads: main thread.
+class LComboMenu : public LDropDownControl {
+ public:
+  using LDropDownControl::LDropDownControl;
+
+  // kFailure without its popup.
+  TFRESULT Initialize() override;
+  TFRESULT OnDescriptorApplied() override;
+  void Destroy() override;
+  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
+                      const RCPtr<LNotification>& notification) override;
+  TFRESULT OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) override;
+  void OnConditionChange(const RCPtr<LConditionsParam>& conditions) override;
+
+  const RCPtr<LPopupMenu>& GetPopup() const { return mPopup; }
+  bool IsPopupShown() override;
+  void ShowPopup(bool show) override;
+
+ private:
+  void UpdateLook();
+  void TakeOver();
+  void PlacePopup();
+  TFRESULT HandlePopupShown(const RCPtr<LNotificationDistributor>& sender,
+                            const RCPtr<LNotification>& notification);
+  TFRESULT HandleItemActivated(const RCPtr<LNotificationDistributor>& sender,
+                               const RCPtr<LNotification>& notification);
+
+  RCPtr<LNotificationHandler<LComboMenu>> mComboHandler;
+  RCPtr<LPopupMenu> mPopup;
+  PointT<double> mPressPoint;
+  double mPopupPosition = 0;  // Pixels.
+};
+
+}  // namespace TF

@@ -154,6 +154,7 @@ class LControl : public virtual LNotificationClient,
   virtual String GetToolTipText() { return mToolTipText; }
   // The control whose tip shows over this one when it has none; null for none.
   RCPtr<LControl> GetToolTipParent() const { return mUseParentToolTip ? mParent : RCPtr<LControl>(); }
+  void SetUseParentToolTip(bool use) { mUseParentToolTip = use; }
 
   // What is empty, 0 or -1 comes from the parent or the application. size in points, or a factor.
   TFRESULT SetFont(const String& name, float size, std::int32_t style, bool relative);
@@ -332,6 +333,8 @@ class LControl : public virtual LNotificationClient,
   void KeyDown(const RCPtr<LKeyParam>& param) override;
   virtual TFRESULT OnKeyDown(const RCPtr<LKeyParam>& param);
   virtual TFRESULT OnSiblingKey(const RCPtr<LKeyParam>& param);
+  // Those that work while the focus is on this control or a sibling.
+  const HotKeyMap& GetHotKeys() const { return mHotKeys; }
   virtual void OnChildKeyDown(const RCPtr<LKeyParam>& param);
   virtual void OnChildTabKey(const RCPtr<LKeyParam>& param);
   virtual void CollectKeyClients(const RCPtr<LKeyParam>& param, RCPtrArray<LNotificationReceiver>& clients,
@@ -340,6 +343,8 @@ class LControl : public virtual LNotificationClient,
   // Dragging, scrolling, idle motion: ControlDrag.cpp, ControlCarry.cpp, ControlMotion.cpp.
 
   virtual TFRESULT SetDragMode(DragMode mode, std::uint32_t edges);
+  // Pixels that the mouse moves with a button down before it drags; 0 drags at once.
+  void SetDragThreshold(std::int32_t pixels) { mDragThreshold = pixels; }
   virtual void OnDragBegin();
   virtual void OnDragRebase();
   virtual void OnDragMove(const RCPtr<LPointWithModifiersParam>& param);
@@ -373,6 +378,9 @@ class LControl : public virtual LNotificationClient,
                       const RCPtr<LNotification>& notification);
   TFRESULT HandleSiblingKey(const RCPtr<LNotificationDistributor>& sender,
                             const RCPtr<LNotification>& notification);
+  // Whether a child gets the press on from this control, which has taken it for the child, once the button
+  // has been held for a while.
+  virtual bool RepeatsPressOn(const RCPtr<LControl>& child);
 
   RCPtr<LNotificationHandler<LControl>> mHandler;
   String mName;

@@ -18,6 +18,14 @@ PointT<double> From(const PointT<double>& corner, const PointT<double>& point) {
   return {point.mX - corner.mX, point.mY - corner.mY};
 }
 
+// What floats takes its hits itself, whatever is above it.
+bool FloatsBelow(const LControl& top, const LControl& control) {
+  for (const LControl* each = &control; each && each != &top; each = each->GetParent().Get()) {
+    if (!each->GetClipToParent()) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 void LControl::HitTest(RCPtr<LControl>& result, const PointT<double>& point, bool testSelf,
@@ -33,7 +41,7 @@ void LControl::HitTest(RCPtr<LControl>& result, const PointT<double>& point, boo
   const bool mayHit = isInside && (testSelf || !mLayout->ClipToParent);
   const std::int32_t bestBefore = bestZ;
   HitTestChildren(result, own, mayHit, localPoint, bestZ);
-  if (result && !mRouteChildHits) {
+  if (result && (!mRouteChildHits || FloatsBelow(*this, *result))) {
     bestZ = result->GetEffectiveZ();
     return;
   }

@@ -157,12 +157,16 @@ void LControl::RepeatPress() {
   const RCPtr<LControl> child = mRoutedChild;
   const RCPtr<LMouseButtonParam> press = mLastLeftDown;
   if (mDestroyed || !mLeftDown || !mRouteChildHits || !child || child->mDestroyed || !press) return;
-  if (GetControlTicks() - mPressTick <= kRepeatTime) return;
+  if (GetControlTicks() - mPressTick <= kRepeatTime || !RepeatsPressOn(child)) return;
   const PointT<std::int32_t> point = mRoutedPoint;
   ReleaseMouse();
   child->CaptureMouse(press->mButton, point.mX, point.mY);
   child->MouseDown(MakeRC<LMouseButtonParam>(point.mX, point.mY, press->mModifiers, press->mTime,
                                              press->mButton, press->mIsDoubleClick, press->mButtonsHeld));
+}
+
+bool LControl::RepeatsPressOn(const RCPtr<LControl>&) {
+  return true;
 }
 
 void LControl::OnIdle() {}

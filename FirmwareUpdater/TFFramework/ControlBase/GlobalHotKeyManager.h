@@ -17,6 +17,10 @@ class LGlobalHotKeyManager : public virtual LRefCountedObject {
   // kNothingDone for a key that is bound to nothing. The payload is an LKeyParam of the key.
   TFRESULT ProcessKey(const KeyCode& key);
 
+  // The key that sends the notification; false without one.
+  bool FindKey(const String& notification, KeyCode& key) const {
+    return FindKeyOf(mHotKeys, notification, key);
+  }
   bool HasKey(const KeyCode& key) const { return FindHotKey(mHotKeys, key) != nullptr; }
   void Bind(const String& notification, const KeyCode& key) { mHotKeys[notification].push_back(key); }
   void Add(const HotKeyMap& hotKeys);

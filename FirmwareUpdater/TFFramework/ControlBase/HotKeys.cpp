@@ -39,6 +39,13 @@ HotKeyMap ReadHotKeys(const LStringTable& section, const String& prefix) {
   return hotKeys;
 }
 
+bool FindKeyOf(const HotKeyMap& hotKeys, const String& notification, KeyCode& key) {
+  const auto found = hotKeys.find(notification);
+  if (found == hotKeys.end() || found->second.empty()) return false;
+  key = found->second.front();
+  return true;
+}
+
 const String* FindHotKey(const HotKeyMap& hotKeys, const KeyCode& key) {
   for (const auto& [notification, keys] : hotKeys) {
     const auto matches = [&key](const KeyCode& stored) { return Matches(key, stored); };

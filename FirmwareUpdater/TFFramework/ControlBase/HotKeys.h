@@ -20,4 +20,7 @@ HotKeyMap ReadHotKeys(const LStringTable& section, const String& prefix);
 // Ctrl and Shift are.
 const String* FindHotKey(const HotKeyMap& hotKeys, const KeyCode& key);
 
+// The first key that sends the notification; false without one.
+bool FindKeyOf(const HotKeyMap& hotKeys, const String& notification, KeyCode& key);
+
 }  // namespace TF

@@ -139,6 +139,11 @@ void LLook::SetFont(const RCPtr<LFont>& font) {
   if (mFontText) mFontText->SetFont(font);
 }
 
+void LLook::SetTextForeground(const RCPtr<LVisualPartDescriptor>& part) {
+  mGivenForeground = part;
+  mTextForeground = nullptr;
+}
+
 void LLook::SetWrap(bool wrap) {
   if (mFontText) mFontText->SetWrap(wrap);
 }
@@ -210,7 +215,7 @@ bool LLook::DrawPart(const RCPtr<LRenderer>& renderer, const Region& dirty, cons
 
 // A text's colour is checked before any of it is drawn.
 const LVisualPart& LLook::GetTextForeground() {
-  const LVisualPartDescriptor& part = *mDescriptor->TextForegroundPart;
+  const LVisualPartDescriptor& part = mGivenForeground ? *mGivenForeground : *mDescriptor->TextForegroundPart;
   if (!part.mImageFile.IsEmpty() || !part.mMaskFile.IsEmpty()) {
     Throw<std::domain_error>("Bitmap fill for text foreground part not yet implemented.",
                              "TF::LLook::DrawLabelText");

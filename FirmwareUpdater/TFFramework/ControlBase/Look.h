@@ -39,6 +39,8 @@ class LLook : public virtual LRefCountedObject {
   void SetText(const String& text);
   void SetFont(const RCPtr<LFont>& font);
   void SetWrap(bool wrap);
+  // In place of the one of its descriptor.
+  void SetTextForeground(const RCPtr<LVisualPartDescriptor>& part);
   // Drawing stays inside of it; it lies in the look's coordinates. Nothing takes the limit away.
   void SetClipRegion(const std::optional<Region>& region) { mClipRegion = region; }
   // A picture over the client area, or in place of what fills it. Null takes it away.
@@ -63,7 +65,8 @@ class LLook : public virtual LRefCountedObject {
   const LVisualPart& GetTextForeground();
 
   const ConstRCPtr<LLookDescriptor> mDescriptor;
-  ConstRCPtr<LVisualPart> mTextForeground;  // Null until the text is first drawn.
+  RCPtr<LVisualPartDescriptor> mGivenForeground;  // Null: the descriptor's.
+  ConstRCPtr<LVisualPart> mTextForeground;        // Null until the text is first drawn.
   SizeT<std::int32_t> mSize;
   RectT<std::int32_t> mClientRect;
   std::vector<RectT<std::int32_t>> mNonClientRects;  // One for each of the next.

@@ -44,6 +44,7 @@ class LCheckedListBoxItem : public LListBoxItem {
 
   TFRESULT Initialize() override;
   TFRESULT OnDescriptorApplied() override;
+  void Destroy() override;
   // The child "checkBox"; null without one.
   const RCPtr<LControl>& GetCheckBox() const { return mCheckBox; }
 
@@ -64,6 +65,7 @@ class LMenuListBoxItem : public LCheckedListBoxItem {
   using LCheckedListBoxItem::LCheckedListBoxItem;
 
   TFRESULT Initialize() override;
+  void Destroy() override;
   // The child "hotKeyLabel"; null without one.
   const RCPtr<LControl>& GetHotKeyLabel() const { return mHotKeyLabel; }
   void SetHotKeyText(const String& text);

@@ -132,7 +132,9 @@ TEST_F(ControlHitTestTest, AControlThatTakesTheHitsOfItsChildrenRemembersWhich) 
   MakeWindow(
       Box("a", Place(10, 10, 100, 100), Box("a1", Place(20, 20, 30, 30), Box("deep", Place(5, 5, 9, 9)))) +
       Box("f", Place(60, 60, 100, 100) + "ClipToParent='False' Z_Order='1'",
-          Box("f1", Place(10, 10, 20, 20))));
+          Box("f1", Place(10, 10, 20, 20)) + Box("g",
+                                                 Place(90, 0, 50, 50) + "ClipToParent='False' Z_Order='1'",
+                                                 Box("g1", Place(10, 10, 30, 30)))));
   const auto a = At(u"a"), f = At(u"f");
   a->mRouteChildHits = f->mRouteChildHits = true;
   EXPECT_EQ(HitAt(37, 38), "a");
@@ -142,6 +144,10 @@ TEST_F(ControlHitTestTest, AControlThatTakesTheHitsOfItsChildrenRemembersWhich) 
   EXPECT_EQ(f->mRoutedChild, At(u"f.f1"));
   EXPECT_EQ(HitAt(15, 15), "a");
   EXPECT_FALSE(a->mRoutedChild);
+  // What floats below it has its own, inside and outside of its frame.
+  EXPECT_EQ(HitAt(155, 75), "g1");
+  EXPECT_EQ(HitAt(190, 75), "g1");
+  EXPECT_FALSE(f->mRoutedChild);
   // With a hole where the child is, what lies behind has it.
   a->mSolid = false;
   EXPECT_EQ(HitAt(37, 38), "main");

@@ -28,9 +28,9 @@ struct ListRecord {
 // What a list tells of an event of one of its rows.
 class LItemConditionsParam : public LConditionsParam {
  public:
-  std::int32_t mIndex = -1;   // Of the record.
-  std::int32_t mLook = -1;    // Slot of the first look that is shown; -1 without one.
-  bool mHover = false;        // The mouse is over the row.
+  std::int32_t mIndex = -1;  // Of the record.
+  std::int32_t mLook = -1;   // Slot of the first look that is shown; -1 without one.
+  bool mHover = false;       // The mouse is over the row.
 };
 
 // The text of a record.
@@ -69,10 +69,12 @@ class LListBox : public LScrollView {
   void OnNotification(const RCPtr<LNotificationDistributor>& sender,
                       const RCPtr<LNotification>& notification) override;
   TFRESULT OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) override;
+  TFRESULT OnDescriptorApplied() override;
   void OnChildRemoved(const RCPtr<LControl>& child, std::int32_t index) override;
   void OnScrollOffsetChange(const PointT<double>& from, const PointT<double>& to) override;
   void OnBarVisibilityChange(LayoutAxis axis) override;
   void EndBoundsChange() override;
+  void OnClientViewChange() override;
   void OnConditionChange(const RCPtr<LConditionsParam>& conditions) override;
   void OnMouseMove(const RCPtr<LPointWithModifiersParam>& param) override;
   void OnLeftMouseUp(const RCPtr<LMouseButtonParam>& param) override;
@@ -141,6 +143,8 @@ class LListBox : public LScrollView {
   virtual void OnSelectionChange() {}
   virtual void OnItemActivated() {}
   virtual bool IsItemSelectable(std::int32_t index);
+  // Activating the item opens more items instead of choosing it.
+  virtual bool LeadsOn(std::int32_t) { return false; }
   virtual TFRESULT SwapItems(std::int32_t first, std::int32_t second);
   // By the texts, whatever their case.
   virtual TFRESULT SortRange(std::int32_t first, std::int32_t count);
@@ -161,7 +165,8 @@ class LListBox : public LScrollView {
   void FitHeight();
   // As many rows as the view shows.
   void GrowRows();
-  bool HasTemplate() const { return mTemplateDescriptor != nullptr; }
+  // Pixels of a text in one line.
+  static double MeasureText(const RCPtr<LFont>& font, const String& text);
   TFRESULT HandleRowHover(const RCPtr<LNotificationDistributor>& sender,
                           const RCPtr<LNotification>& notification);
 
@@ -196,14 +201,19 @@ class LListBox : public LScrollView {
   void ReadItems();
   TFRESULT HookRow(const RCPtr<LListBoxItem>& row);
   void ItemsChanged(std::int32_t fromIndex);
+  static void ClearRow(LListBoxItem& row);
+  bool ExpandsTemplate() const;
+  void FollowContentWidth();
   bool NeedsContentWidth() const;
   void RecomputeContentWidth();
   std::int32_t CountVisibleBefore(std::int32_t index) const;
   std::int32_t StepVisible(std::int32_t index, std::int32_t steps) const;
   std::int32_t FindFirstVisible(double offset) const;
+  std::int32_t StepBack(std::int32_t index, std::int32_t steps) const;
   std::int32_t CountFittingRows() const;
   void ScrollToFirst(std::int32_t first);
   void SlideEnds(std::int32_t index);
+  void MoveEndsFrom(std::int32_t index);
   bool SelectAlone(std::int32_t first, std::int32_t last);
   void TellSelectionChange();
   void ToggleItem(std::int32_t index);

@@ -43,6 +43,8 @@ class LPopupMenu : public LCheckedListBox, public IContextMenuPopup {
   // kInvalidArgument for an item that leads nowhere.
   TFRESULT OpenSubmenu(std::int32_t index);
   void CloseSubmenu();
+  // Keeps a popup without a limit of its own as low as the window.
+  void LimitToWindow();
   // Ends the whole chain of popups that this one belongs to.
   void CloseAll();
   void Choose(const RCPtr<LMenuItemDescriptor>& item);
@@ -64,6 +66,7 @@ class LPopupMenu : public LCheckedListBox, public IContextMenuPopup {
  protected:
   void OnSelectionChange() override;
   void OnItemActivated() override;
+  bool LeadsOn(std::int32_t index) override;
   bool IsItemSelectable(std::int32_t index) override;
   TFRESULT SwapItems(std::int32_t first, std::int32_t second) override;
   bool RepeatsPressOn(const RCPtr<LControl>& child) override;
@@ -71,10 +74,11 @@ class LPopupMenu : public LCheckedListBox, public IContextMenuPopup {
  private:
   RCPtr<LMenuItemDescriptor> GetItem(std::int32_t index) const;
   RCPtr<LPopupMenu> GetParentPopup() const { return RCPtr<LPopupMenu>(mParent); }
-  bool ClosesItself() const { return mSelfClosing && !mClosing; }
+  bool ClosesItself() const { return mSelfClosing && !mClosing && mCreated; }
   bool IsRow(const RCPtr<LControl>& control) const;
 
   // Items: PopupMenuItems.cpp.
+  TFRESULT TakeMenuOfTexts();
   TFRESULT SetSubMenuOf(std::int32_t index);
   void SizeToItems();
   TFRESULT RebuildItems();
@@ -91,7 +95,10 @@ class LPopupMenu : public LCheckedListBox, public IContextMenuPopup {
   void Arm();
   void Disarm();
   void PlaceSubmenu(LPopupMenu& submenu, const LControl& row);
-  void PlaceOnAxis(LayoutAxis axis, double position, bool docks);
+  // From the corner of the parent's frame, whatever that scrolls.
+  void PlaceOnAxis(LayoutAxis axis, double position);
+  void SelectOpenItem();
+  void SelectFirst();
   TFRESULT HandleRowTip(const RCPtr<LNotificationDistributor>& sender,
                         const RCPtr<LNotification>& notification);
 

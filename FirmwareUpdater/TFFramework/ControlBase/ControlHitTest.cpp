@@ -63,9 +63,9 @@ void LControl::HitTest(RCPtr<LControl>& result, const PointT<double>& point, boo
 
 bool LControl::IsClippedAt(const PointT<double>& point) const {
   if (!mParent || !mLayout->ClipToParent || IsDockedOnBothAxes()) return false;
-  const RectT<double> client = mParent->GetClientRect();
-  const PointT<double> inClient = From(mParent->mScrollOffset, point);
-  return !Contains({0, 0, client.mWidth, client.mHeight}, inClient);
+  RectT<double> view;
+  mParent->GetScrollViewRect(view);
+  return !Contains(view, From(mParent->mScrollOffset, point));
 }
 
 // The children stand in the client area of each look that is shown; looks mostly agree on it.

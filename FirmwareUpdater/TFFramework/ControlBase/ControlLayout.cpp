@@ -27,8 +27,15 @@ LayoutSpans SpansOf(const RectT<double>& rect) {
   return {LayoutSpan{rect.mX, rect.mWidth}, LayoutSpan{rect.mY, rect.mHeight}};
 }
 
-Surroundings SurroundingsBelow(const LControl& parent) {
-  const RectT<double> client = parent.GetClientRect();
+// Bars that are docked on both axes stand in the whole client area, and leave less of it to all others.
+Surroundings SurroundingsBelow(LControl& parent, const LControl& child) {
+  RectT<double> client = parent.GetClientRect();
+  if (!child.IsDockedOnBothAxes()) {
+    RectT<double> view;
+    parent.GetScrollViewRect(view);
+    client.mWidth = view.mWidth;
+    client.mHeight = view.mHeight;
+  }
   const RectT<double>& frame = parent.GetBounds();
   const PointT<double>& scroll = parent.GetScrollOffset();
   return {AxisSurroundings{{-client.mX, frame.mWidth}, {0, client.mWidth}, {}, scroll.mX},
@@ -115,7 +122,7 @@ bool IsAxis(LayoutAxis axis) {
 }  // namespace
 
 TFRESULT LControl::Relayout() {
-  if (mParent) return SetBounds(PlaceIn(*this, SurroundingsBelow(*mParent)));
+  if (mParent) return SetBounds(PlaceIn(*this, SurroundingsBelow(*mParent, *this)));
   LayoutDesktop desktop;
   if (!FindDesktop(desktop)) return kFailure;
   return SetBounds(PlaceIn(*this, SurroundingsOn(desktop)));

@@ -128,10 +128,13 @@ void LControl::DrawChildren(const RCPtr<LRenderer>& renderer, const Region& dirt
   if (GetChildCount() == 0) return;
   const RectT<double> client = GetClientRect();
   std::int32_t next = 0;
-  if (IsEmpty(Intersect(client, renderer->GetState()->mClip))) {
+  RectT<double> view;
+  GetScrollViewRect(view);
+  const RectT<double> shown{client.mX, client.mY, view.mWidth, view.mHeight};
+  if (IsEmpty(Intersect(shown, renderer->GetState()->mClip))) {
     next = SkipRun(next, 1, deferred);
   } else {
-    const CAutoClip clip(renderer, client, client, nullptr, true);
+    const CAutoClip clip(renderer, shown, shown, nullptr, true);
     const CAutoClip origin(renderer, OriginAt({-mScrollOffset.mX, -mScrollOffset.mY}));
     next = DrawRun(next, 1, renderer, dirty, deferred);
   }

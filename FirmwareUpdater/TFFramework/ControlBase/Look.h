@@ -43,6 +43,7 @@ class LLook : public virtual LRefCountedObject {
   void SetTextForeground(const RCPtr<LVisualPartDescriptor>& part);
   // Drawing stays inside of it; it lies in the look's coordinates. Nothing takes the limit away.
   void SetClipRegion(const std::optional<Region>& region) { mClipRegion = region; }
+  const std::optional<Region>& GetClipRegion() const { return mClipRegion; }
   // A picture over the client area, or in place of what fills it. Null takes it away.
   void SetOverlay(const RCPtr<LVisualPart>& part, bool hidesClient);
 

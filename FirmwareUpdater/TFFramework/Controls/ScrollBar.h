@@ -110,7 +110,8 @@ class LScrollbar : public LControl {
   void EndChannelPress();
   void StepChannel();
   void ShowPressedSide(std::int32_t side);
-  void BeginThumbDrag();
+  // In its client area, from a point of the thumb.
+  PointT<std::int32_t> PointerInChannel(const LPointParam& pointInThumb) const;
   void EndThumbDrag();
 
   TFRESULT HandleArrow(const RCPtr<LNotificationDistributor>& sender,

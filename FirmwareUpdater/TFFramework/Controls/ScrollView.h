@@ -41,7 +41,6 @@ class LScrollView : public LControl {
   void OnScrollOffsetChange(const PointT<double>& from, const PointT<double>& to) override;
   void EndBoundsChange() override;
   void OnChildBoundsChange(const RCPtr<LControl>& child) override;
-  void ParentResized(const SizeT<double>& size) override;
   TFRESULT OnVerticalWheel(const RCPtr<LMouseWheelParam>& param) override;
   TFRESULT OnHorizontalWheel(const RCPtr<LMouseWheelParam>& param) override;
 
@@ -83,7 +82,6 @@ class LScrollView : public LControl {
   SizeT<double> mMinViewSize;  // The least that GetClientView reports.
 
  private:
-  double ThicknessOf(LayoutAxis barAxis) const;
   bool HasBarSize(LayoutAxis barAxis) const;
   void TakeThickness();
   bool ReactsToSizes() const;
@@ -92,19 +90,21 @@ class LScrollView : public LControl {
   void ShowBar(LayoutAxis barAxis, bool show);
   void ShowBars();
   void LayOutContent();
-  void TellBarChanges(bool hadV, bool hadH, const RectT<double>& viewBefore);
+  void UpdateOnce();
+  void TellBarChanges(bool hadV, bool hadH, bool viewChanged);
   void UpdateBarValues();
-  void UpdateBarInPixels(LScrollbar& bar, LayoutAxis axis, double view, double extent);
+  void UpdateBarInPixels(LScrollbar& bar, double view, double extent);
   void UpdateBarInSteps(LScrollbar& bar, LayoutAxis axis, double view, double extent);
   void SetOffset(LayoutAxis axis, double offset);
   double OffsetOf(const LScrollbar& bar, LayoutAxis axis) const;
   std::int32_t StepOf(LayoutAxis axis) const;
-  void MoveBarsToOffset();
-  TFRESULT TurnWheel(const LMouseWheelParam& param, LayoutAxis axis, bool forward);
+  void MoveBarToOffset(LayoutAxis axis);
+  TFRESULT TurnWheel(const RCPtr<LScrollbar>& bar, const LMouseWheelParam& param, bool isForward);
   TFRESULT HandleBarValue(const RCPtr<LNotificationDistributor>& sender,
                           const RCPtr<LNotification>& notification);
 
-  bool mFollowsBar = false;  // The offset is being set to what a bar says.
+  bool mUpdateAgain = false;    // Something has changed while UpdateBars ran.
+  SizeT<double> mSizeAtUpdate;  // Of the frame.
 };
 
 }  // namespace TF

@@ -23,11 +23,7 @@ constexpr LayoutAxis Across(LayoutAxis axis) {
   return axis == LayoutAxis::kX ? LayoutAxis::kY : LayoutAxis::kX;
 }
 
-double SideOn(LayoutAxis axis, const SizeT<double>& size) {
-  return axis == LayoutAxis::kX ? size.mWidth : size.mHeight;
-}
-
-double& SideOn(LayoutAxis axis, SizeT<double>& size) {
+double& SideOf(LayoutAxis axis, SizeT<double>& size) {
   return axis == LayoutAxis::kX ? size.mWidth : size.mHeight;
 }
 
@@ -76,7 +72,7 @@ void LScrollView::TakeThickness() {
   for (const LayoutAxis axis : kBars) {
     const double corner = AskedSize(mCorner, Across(axis));
     const double own = corner > 0 ? corner : AskedSize(RCPtr<LControl>(GetBar(axis)), Across(axis));
-    if (own > 0) SideOn(Across(axis), mBarThickness) = own;
+    if (own > 0) SideOf(Across(axis), mBarThickness) = own;
   }
 }
 
@@ -274,7 +270,7 @@ void LScrollView::ShowBars() {
 
 void LScrollView::ShowBar(LayoutAxis barAxis, bool show) {
   const LayoutAxis across = Across(barAxis);
-  const double pixels = show ? SideOn(across, mBarThickness) : 0;
+  const double pixels = show ? SideOf(across, mBarThickness) : 0;
   const RCPtr<LControl> bar(GetBar(barAxis));
   // One whose layout names the corner follows it.
   const bool isOwn =
@@ -308,11 +304,11 @@ void LScrollView::UpdateBarValues() {
     if (mDestroyed || !bar || !bar->GetParent()) continue;
     RectT<double> view;
     GetScrollViewRect(view);
-    const double extent = SideOn(axis, mClientExtent);
+    const double extent = SideOf(axis, mClientExtent);
     if (StepOf(axis) > 0) {
-      UpdateBarInSteps(*bar, axis, TF::SideOn(axis, view), extent);
+      UpdateBarInSteps(*bar, axis, SideOn(axis, view), extent);
     } else {
-      UpdateBarInPixels(*bar, TF::SideOn(axis, view), extent);
+      UpdateBarInPixels(*bar, SideOn(axis, view), extent);
     }
     if (!mDestroyed) SetOffset(axis, OffsetOf(*bar, axis));
   }

@@ -106,8 +106,24 @@ void LControl::ParentResized(const SizeT<double>&) {
   Relayout();
 }
 
-void LControl::OnParentScroll(const PointT<double>&, const PointT<double>&) {
-  if (IsDocked(LayoutAxis::kX) || IsDocked(LayoutAxis::kY)) Relayout();
+// Siblings count the place of a docked control from the view, in which it has not moved.
+void LControl::OnParentScroll(const PointT<double>& from, const PointT<double>& to) {
+  const bool isDockedX = IsDocked(LayoutAxis::kX), isDockedY = IsDocked(LayoutAxis::kY);
+  const RCPtr<LControl> parent = mParent;
+  if ((!isDockedX && !isDockedY) || !parent) return;
+  const RCPtr<LControl> held(this);
+  RectT<double> expected = mBounds;
+  if (isDockedX) expected.mX += to.mX - from.mX;
+  if (isDockedY) expected.mY += to.mY - from.mY;
+  TFRESULT result = kNothingDone;
+  {
+    const Restore walk(parent->mWalkedChild);
+    parent->mWalkedChild = this;
+    result = Relayout();
+  }
+  if (result != kSuccess || mParent != parent) return;
+  if (!(mBounds == expected)) return RelayoutBehind();
+  parent->OnChildBoundsChange(held);
 }
 
 void LControl::OnChildBoundsChange(const RCPtr<LControl>& child) {

@@ -180,7 +180,9 @@ void LScrollView::OnChildBoundsChange(const RCPtr<LControl>& child) {
 void LScrollView::EndBoundsChange() {
   LControl::EndBoundsChange();
   const bool isSame = mBounds.mWidth == mSizeAtUpdate.mWidth && mBounds.mHeight == mSizeAtUpdate.mHeight;
-  if (!isSame && !mInExtentChange) UpdateBars();
+  if (isSame) return;
+  if (mInUpdate) mUpdateAgain = true;
+  if (!mInUpdate && !mInExtentChange) UpdateBars();
 }
 
 TFRESULT LScrollView::SetClientExtent(const SizeT<double>& extent) {
@@ -247,11 +249,12 @@ void LScrollView::UpdateOnce() {
   GetScrollViewRect(after);
   if (!(after == before)) {
     LayOutContent();
-    UpdateAutoExtent();
+    // What fills the view may need a bar no more that the old extent asked for.
+    if (UpdateAutoExtent() == kSuccess) mUpdateAgain = true;
   }
   UpdateBarValues();
   TellBarChanges(hadV, hadH, !(after == before));
-  if (!mDestroyed && UpdateAutoExtent() == kSuccess) UpdateBarValues();
+  if (!mDestroyed && UpdateAutoExtent() == kSuccess) mUpdateAgain = true;
 }
 
 // One bar takes room that may make the other one necessary.

@@ -27,7 +27,9 @@ LControl::LControl(const RCPtr<LControl>& parent, const String& name)
       mParent(parent),
       mStringSection(FindStringSection(parent, name)) {}
 
-LControl::~LControl() = default;
+LControl::~LControl() {
+  if (mMenuItemUpdater) mMenuItemUpdater->Forget();
+}
 
 TFRESULT LControl::Create(const RCPtr<LControlDescriptor>& descriptor) {
   const RCPtr<LControl> held(this);
@@ -153,6 +155,7 @@ void LControl::EndIdleUse() {
 }
 
 void LControl::ForgetOthers() {
+  if (mMenuItemUpdater) mMenuItemUpdater->Forget();
   mRoutedChild = nullptr;
   mLastLeftDown = nullptr;
   mDropTarget = nullptr;

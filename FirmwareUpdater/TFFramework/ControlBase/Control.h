@@ -16,6 +16,7 @@
 #include "TFFramework/ControlBase/LayoutDesktop.h"
 #include "TFFramework/ControlBase/Look.h"
 #include "TFFramework/ControlBase/MenuDescriptor.h"
+#include "TFFramework/ControlBase/MenuItemUpdater.h"
 #include "TFFramework/ControlBase/RootWindow.h"
 #include "TFFramework/ControlBase/UITarget.h"
 #include "TFFramework/Notification/NotificationClient.h"
@@ -31,7 +32,6 @@
 namespace TF {
 
 class LRenderer;
-struct LMenuItemState;
 
 // Base of everything on the screen: a node of a tree of controls, with a name, a layout, looks that
 // draw it, a value, a text, conditions and children. It tells by notifications what happens to it;
@@ -324,6 +324,8 @@ class LControl : public virtual LNotificationClient,
   virtual void OnRightClicked(const RCPtr<LMouseButtonParam>& param);
   virtual void ShowToolTip(bool show);
   virtual RCPtr<LMenuDescriptor> GetContextMenu() { return mContextMenu; }
+  // Asks this control how items of menus are to be shown.
+  const RCPtr<LMenuItemUpdater>& GetMenuItemUpdater();
   virtual void OnContextMenuOpening(const RCPtr<LControl>& popup);
   virtual TFRESULT OnMenuItemText(const RCPtr<LMenuDescriptor>& menu, std::int32_t index,
                                   const String& identifier, LMenuItemState& state);
@@ -471,6 +473,7 @@ class LControl : public virtual LNotificationClient,
   RCPtr<LFont> mFont;
   String mText;
   RCPtr<LMenuDescriptor> mContextMenu;
+  RCPtr<LMenuItemUpdater> mMenuItemUpdater;  // Made when it is first asked for.
   String mToolTipText;
   CursorHandle mCursor = 0;  // 0: the arrow.
   CursorHandle mSavedCursor = 0;

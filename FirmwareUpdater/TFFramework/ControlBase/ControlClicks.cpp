@@ -69,6 +69,11 @@ void LControl::ShowContextMenu() {
   if (opener && !mDestroyed) opener->ShowAtPointer();
 }
 
+const RCPtr<LMenuItemUpdater>& LControl::GetMenuItemUpdater() {
+  if (!mMenuItemUpdater) mMenuItemUpdater = MakeRC<LMenuItemUpdater>(*this);
+  return mMenuItemUpdater;
+}
+
 void LControl::OnContextMenuOpening(const RCPtr<LControl>&) {}
 
 TFRESULT LControl::OnMenuItemText(const RCPtr<LMenuDescriptor>&, std::int32_t, const String&,

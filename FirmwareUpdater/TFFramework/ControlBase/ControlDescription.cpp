@@ -9,6 +9,7 @@
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/ControlBase/LayoutGuard.h"
+#include "TFFramework/ControlBase/MenuBuilder.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
 namespace TF {
@@ -177,7 +178,10 @@ TFRESULT LControl::CreateChildren(const RCPtr<LControlDescriptor>& descriptor) {
 TFRESULT LControl::Initialize() {
   if (!mHandler) mHandler = MakeRC<LNotificationHandler<LControl>>(this);
   ApplyCreateParameters();
-  if (mStringSection) mStringSection->GetString(u"TOOLTIP", mToolTipText);
+  if (mStringSection) {
+    mStringSection->GetString(u"TOOLTIP", mToolTipText);
+    if (!mContextMenu) mContextMenu = ReadContextMenu(*mStringSection);
+  }
   TakeHotKeys();
   if (!mHotKeys.empty() && mParent) {
     mHandler->AddHandler(&LControl::HandleSiblingKey, RCPtr<LNotificationDistributor>(mParent),

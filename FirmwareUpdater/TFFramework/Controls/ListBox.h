@@ -156,7 +156,7 @@ class LListBox : public LScrollView {
     return index >= 0 && index < static_cast<std::int32_t>(mRecords.size());
   }
   // The row under a point of this control's frame; null without one.
-  RCPtr<LListBoxItem> FindRowAt(const PointT<double>& point) const;
+  RCPtr<LListBoxItem> FindRowAt(const PointT<double>& point);
   void RefreshRows(std::int32_t fromIndex = 0);
   void SetContentWidth(double width);
   void SetContentHeight(double height);
@@ -210,7 +210,7 @@ class LListBox : public LScrollView {
   std::int32_t StepVisible(std::int32_t index, std::int32_t steps) const;
   std::int32_t FindFirstVisible(double offset) const;
   std::int32_t StepBack(std::int32_t index, std::int32_t steps) const;
-  std::int32_t CountFittingRows() const;
+  std::int32_t CountFittingRows();
   void ScrollToFirst(std::int32_t first);
   void SlideEnds(std::int32_t index);
   void MoveEndsFrom(std::int32_t index);

@@ -154,8 +154,10 @@ void LListBox::ClearSelection() {
 }
 
 // At least one, however small the view is.
-std::int32_t LListBox::CountFittingRows() const {
-  const double bottom = GetClientRect().mHeight + mScrollOffset.mY;
+std::int32_t LListBox::CountFittingRows() {
+  RectT<double> view;
+  GetScrollViewRect(view);
+  const double bottom = view.mHeight + mScrollOffset.mY;
   const auto fits = [bottom](const RCPtr<LListBoxItem>& row) {
     return row->GetBounds().GetBottom() <= bottom;
   };
@@ -318,8 +320,11 @@ TFRESULT LListBox::HandleRowHover(const RCPtr<LNotificationDistributor>& sender,
   return kNothingDone;
 }
 
-RCPtr<LListBoxItem> LListBox::FindRowAt(const PointT<double>& point) const {
-  if (!Contains(GetClientRect(), point)) return nullptr;
+RCPtr<LListBoxItem> LListBox::FindRowAt(const PointT<double>& point) {
+  RectT<double> view;
+  GetScrollViewRect(view);
+  const RectT<double> client = GetClientRect();
+  if (!Contains({client.mX, client.mY, view.mWidth, view.mHeight}, point)) return nullptr;
   for (const RCPtr<LListBoxItem>& row : mRows) {
     const PointT<double> corner = row->GetPositionInParent();
     const RectT<double>& bounds = row->GetBounds();

@@ -1,0 +1,132 @@
+#include "TFFramework/Controls/ComboMenu.h"
+
+#include <algorithm>
+
+namespace TF {
+
+namespace {
+
+constexpr std::int32_t kNormal = 0;
+constexpr std::int32_t kHover = 1;
+constexpr std::int32_t kOpen = 2;
+constexpr std::int32_t kDisabled = 3;
+
+}  // namespace
+
+TFRESULT LComboMenu::Initialize() {
+  if (Failed(LDropDownControl::Initialize())) return kFailure;
+  if (!mComboHandler) mComboHandler = MakeRC<LNotificationHandler<LComboMenu>>(this);
+  mPopup = FindChild(u"popupMenu");
+  if (!mPopup) return kFailure;
+  const RCPtr<LNotificationDistributor> popup(mPopup);
+  mComboHandler->AddHandler(&LComboMenu::HandlePopupShown, popup, u"NID_VISIBLITY_CONDITION_CHANGE");
+  mComboHandler->AddHandler(&LComboMenu::HandleItemActivated, popup, u"NID_ITEM_ACTIVATED");
+  mPopup->SetSelfClosing(false);
+  return kSuccess;
+}
+
+TFRESULT LComboMenu::OnDescriptorApplied() {
+  if (mPopup) mPopupPosition = mPopup->GetLayout()->Axis(LayoutAxis::kX).mPosition.mAbs;
+  return LDropDownControl::OnDescriptorApplied();
+}
+
+void LComboMenu::Destroy() {
+  const RCPtr<LControl> held(this);
+  LDropDownControl::Destroy();
+  mPopup = nullptr;
+}
+
+void LComboMenu::OnNotification(const RCPtr<LNotificationDistributor>& sender,
+                                const RCPtr<LNotification>& notification) {
+  const RCPtr<LControl> held(this);
+  LDropDownControl::OnNotification(sender, notification);
+  const RCPtr<LNotificationHandler<LComboMenu>> handler = mComboHandler;
+  if (handler && !mDestroyed) handler->Dispatch(sender, notification);
+}
+
+TFRESULT LComboMenu::OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) {
+  if (mComboHandler) mComboHandler->RemoveHandler(sender, id);
+  return LDropDownControl::OnDistributorClosing(sender, id);
+}
+
+bool LComboMenu::IsPopupShown() {
+  return mPopup && mPopup->IsShown(false);
+}
+
+void LComboMenu::UpdateLook() {
+  std::int32_t look = mHover ? kHover : kNormal;
+  if (IsPopupShown()) look = kOpen;
+  if (!IsEnabled(true)) look = kDisabled;
+  SetActiveLook(look, true);
+}
+
+void LComboMenu::OnConditionChange(const RCPtr<LConditionsParam>& conditions) {
+  const RCPtr<LControl> held(this);
+  UpdateLook();
+  const std::uint32_t risen = conditions->mCurrent & ~conditions->mPrevious;
+  if (risen & ControlCondition::kHover) TakeOver();
+  if (mDestroyed) return;
+  if ((risen & ControlCondition::kLeftDown) && mLastLeftDown && mPopup) {
+    PlacePopup();
+    const PointT<double> corner = mPopup->GetPositionInParent();
+    mPressPoint = {mLastLeftDown->mX - corner.mX, mLastLeftDown->mY - corner.mY};
+  }
+  LDropDownControl::OnConditionChange(conditions);
+}
+
+// The mouse walks through an open menu bar.
+void LComboMenu::TakeOver() {
+  const RCPtr<LControl> parent = mParent;
+  for (std::int32_t index = 0; parent && index < parent->GetChildCount(); ++index) {
+    const RCPtr<LComboMenu> sibling(parent->GetChild(index));
+    if (!sibling || sibling == this || !sibling->IsPopupShown()) continue;
+    sibling->ShowPopup(false);
+    if (!mDestroyed) ShowPopup(true);
+    return;
+  }
+}
+
+void LComboMenu::PlacePopup() {
+  RCPtr<LControl> root(this);
+  while (root->GetParent()) root = RCPtr<LControl>(root->GetParent());
+  const double client = GetClientRect().mX + GetWindowPosition().mX;
+  const double width = mPopup->GetBounds().mWidth, room = root->GetBounds().mWidth;
+  double x = mPopupPosition + client;
+  if (x + width > room) x = std::max(room - width, 0.0);
+  x -= client;
+  LayoutPosition position;
+  LayoutSize size;
+  mPopup->GetAxisLayout(LayoutAxis::kX, position, size);
+  if (position.mAbs == x) return;
+  position.mAbs = x;
+  mPopup->SetAxisLayout(LayoutAxis::kX, position, size);
+}
+
+void LComboMenu::ShowPopup(bool show) {
+  if (!mPopup) return;
+  const RCPtr<LControl> held(this);
+  const RCPtr<LPopupMenu> popup = mPopup;
+  if (show) {
+    popup->LimitToWindow();
+    PlacePopup();
+  }
+  popup->SetVisible(show);
+  if (show && !mDestroyed) popup->SetFocus(true);
+  if (mDestroyed) return;
+  UpdateLook();
+  if (show && mLeftDown)
+    popup->CaptureMouse(LMouseButtonParam::kLeft, RoundToInt32(mPressPoint.mX), RoundToInt32(mPressPoint.mY));
+}
+
+TFRESULT LComboMenu::HandlePopupShown(const RCPtr<LNotificationDistributor>&, const RCPtr<LNotification>&) {
+  UpdateLook();
+  return kNothingDone;
+}
+
+TFRESULT LComboMenu::HandleItemActivated(const RCPtr<LNotificationDistributor>&,
+                                         const RCPtr<LNotification>&) {
+  ShowPopup(false);
+  return kNothingDone;
+}
+
+}  // namespace TF

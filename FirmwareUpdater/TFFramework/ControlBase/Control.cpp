@@ -12,10 +12,10 @@ namespace {
 
 // The section of texts that belongs to a control; null without one or without an application.
 RCPtr<LStringTable> FindStringSection(const RCPtr<LControl>& parent, const String& name) {
-  const LFrameworkApp* application = LFrameworkApp::GetInstance();
-  if (!application || !application->GetControlFactory()) return nullptr;
+  const RCPtr<LControlFactory> factory = LControlFactory::GetCurrent();
+  if (!factory) return nullptr;
   const String parentClass = parent && parent->GetDescriptor() ? parent->GetDescriptor()->mClass : String();
-  return application->GetControlFactory()->GetControlStrings(parentClass, name);
+  return factory->GetControlStrings(parentClass, name);
 }
 
 }  // namespace

@@ -380,6 +380,8 @@ class LControl : public virtual LNotificationClient,
                       const RCPtr<LNotification>& notification);
   TFRESULT HandleSiblingKey(const RCPtr<LNotificationDistributor>& sender,
                             const RCPtr<LNotification>& notification);
+  // Whether a create parameter is "true", whatever its case. False when there is none; value stays then.
+  bool GetCreateFlag(const char16_t* key, bool& value) const;
   // Whether a child gets the press on from this control, which has taken it for the child, once the button
   // has been held for a while.
   virtual bool RepeatsPressOn(const RCPtr<LControl>& child);

@@ -12,9 +12,7 @@ constexpr const char16_t* kContextMenuName = u"contextMenu";
 
 // Null when the skin has no such control, or it could not be built.
 RCPtr<LControl> MakePopup(const RCPtr<LControl>& parent, const String& name) {
-  const LFrameworkApp* application = LFrameworkApp::GetInstance();
-  const RCPtr<LControlFactory> factory =
-      application ? application->GetControlFactory() : RCPtr<LControlFactory>();
+  const RCPtr<LControlFactory> factory = LControlFactory::GetCurrent();
   if (!factory) return nullptr;
   return factory->CreateSubControl(parent, factory->FindControlDescriptor(name));
 }

@@ -21,4 +21,12 @@ struct ControlCondition {
   static constexpr std::uint32_t kHoverBelow = 0x1000;  // The control or one below it has the mouse.
 };
 
+// Whether any of the bits has gone off or on.
+inline bool Fell(std::uint32_t previous, std::uint32_t current, std::uint32_t bits) {
+  return (previous & ~current & bits) != 0;
+}
+inline bool Rose(std::uint32_t previous, std::uint32_t current, std::uint32_t bits) {
+  return Fell(current, previous, bits);
+}
+
 }  // namespace TF

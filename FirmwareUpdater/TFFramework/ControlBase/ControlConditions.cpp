@@ -26,14 +26,6 @@ constexpr ConditionNotification kNotifications[] = {
     {Bits::kShown, u"NID_VISIBLITY_CONDITION_CHANGE"},
 };
 
-bool Fell(std::uint32_t previous, std::uint32_t current, std::uint32_t bit) {
-  return (previous & bit) != 0 && (current & bit) == 0;
-}
-
-bool Rose(std::uint32_t previous, std::uint32_t current, std::uint32_t bit) {
-  return Fell(current, previous, bit);
-}
-
 // The mouse lies over something else now than the window knows.
 bool MovesUnderMouse(std::uint32_t previous, std::uint32_t current) {
   const bool isHidden =

@@ -55,13 +55,8 @@ double ParseDecimal(const String& text) {
   return result.ec == std::errc() && std::isfinite(value) ? value : 0;
 }
 
-RCPtr<LControlFactory> FindFactory() {
-  const LFrameworkApp* application = LFrameworkApp::GetInstance();
-  return application ? application->GetControlFactory() : nullptr;
-}
-
 void MakeChild(const RCPtr<LControl>& parent, const RCPtr<LControlDescriptor>& descriptor) {
-  const RCPtr<LControlFactory> factory = FindFactory();
+  const RCPtr<LControlFactory> factory = LControlFactory::GetCurrent();
   if (factory && factory->CreateSubControl(parent, descriptor)) return;
   LogRecord(fmt::format("skin: \"{}\" could not be made below \"{}\"", ToUtf8(descriptor->mName),
                         ToUtf8(parent->GetName())));
@@ -198,6 +193,13 @@ void LControl::ApplyCreateParameters() {
   SetNotFocusable(isGiven ? value == u"true" : mLayout->TabStop < 0);
   mUseParentToolTip = IsSet(*mDescriptor, u"USE_PARENT_TOOLTIP");
   mWantsTab = IsSet(*mDescriptor, u"WANTS_TAB");
+}
+
+bool LControl::GetCreateFlag(const char16_t* key, bool& value) const {
+  String text;
+  if (!mDescriptor || !GetCreateParameter(*mDescriptor, key, text)) return false;
+  value = text.ToLower() == u"true";
+  return true;
 }
 
 void LControl::TakeLooks() {

@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+#include "TFFramework/Application/FrameworkApp.h"
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/DocumentSource.h"
 #include "TFFramework/ControlBase/SkinReader.h"
@@ -18,6 +19,11 @@ constexpr char16_t kSeparator = u'\\';
 constexpr float kSmallestFont = 1;  // Points.
 
 }  // namespace
+
+RCPtr<LControlFactory> LControlFactory::GetCurrent() {
+  const LFrameworkApp* const application = LFrameworkApp::GetInstance();
+  return application ? application->GetControlFactory() : nullptr;
+}
 
 LControlFactory::LControlFactory(const String& applicationName) : mApplicationName(applicationName) {}
 

@@ -23,6 +23,9 @@ class LRootWindow;
 // Threads: main thread. The tables of texts that it hands out may be read on any.
 class LControlFactory : public virtual LRefCountedObject {
  public:
+  // The application's; null without one.
+  static RCPtr<LControlFactory> GetCurrent();
+
   // The name holds until a document names the application.
   explicit LControlFactory(const String& applicationName);
 

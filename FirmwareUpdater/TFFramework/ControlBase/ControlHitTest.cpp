@@ -9,11 +9,6 @@ namespace {
 
 constexpr std::uint32_t kAlphaShift = 24;
 
-bool Contains(const RectT<double>& rect, const PointT<double>& point) {
-  return point.mX >= rect.mX && point.mX < rect.GetRight() && point.mY >= rect.mY &&
-         point.mY < rect.GetBottom();
-}
-
 PointT<double> From(const PointT<double>& corner, const PointT<double>& point) {
   return {point.mX - corner.mX, point.mY - corner.mY};
 }

@@ -48,8 +48,8 @@ TFRESULT LControl::SetScrollOffset(const PointT<double>& offset) {
   PointT<std::int32_t> mouse;
   if (!window || !window->GetHoverControl() || !window->GetMousePosition(mouse)) return kSuccess;
   const PointT<double> corner = GetWindowPosition();
-  const double x = mouse.mX - corner.mX, y = mouse.mY - corner.mY;
-  if (x >= 0 && x < mBounds.mWidth && y >= 0 && y < mBounds.mHeight) window->RepeatHitTest();
+  const PointT<double> point{mouse.mX - corner.mX, mouse.mY - corner.mY};
+  if (Contains({0, 0, mBounds.mWidth, mBounds.mHeight}, point)) window->RepeatHitTest();
   return kSuccess;
 }
 

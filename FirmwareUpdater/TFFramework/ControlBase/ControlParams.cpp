@@ -89,4 +89,17 @@ void LValueParam::operator delete(void* block) {
   PoolOf<LValueParam, kPoolOfFew>().Free(block);
 }
 
+LMenuActivationParam::LMenuActivationParam(const RCPtr<LMenuDescriptor>& menu, std::int32_t index)
+    : mMenu(menu), mIndex(index) {}
+
+LMenuActivationParam::~LMenuActivationParam() = default;
+
+void* LMenuActivationParam::operator new(std::size_t size) {
+  return PoolOf<LMenuActivationParam, kPoolOfFew>().Allocate(size);
+}
+
+void LMenuActivationParam::operator delete(void* block) {
+  PoolOf<LMenuActivationParam, kPoolOfFew>().Free(block);
+}
+
 }  // namespace TF

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "Platform/InputBits.h"
+#include "TFFramework/ControlBase/ControlCondition.h"
 #include "TFFramework/ControlBase/KeyCode.h"
 #include "TFFramework/ObjectBase/RCPtr.h"
 #include "TFFramework/ObjectBase/RefCountedObject.h"
@@ -13,6 +14,7 @@
 namespace TF {
 
 class LControl;
+class LMenuDescriptor;
 
 // What travels with the events of controls, as the argument of an operation or as the payload of a
 // notification. The small ones come from pools, since a mouse makes many of them.
@@ -116,6 +118,9 @@ class LConditionsParam : public virtual LRefCountedObject {
   static void* operator new(std::size_t size);
   static void operator delete(void* block);
 
+  bool Rose(std::uint32_t bits) const { return TF::Rose(mPrevious, mCurrent, bits); }
+  bool Fell(std::uint32_t bits) const { return TF::Fell(mPrevious, mCurrent, bits); }
+
   std::uint32_t mPrevious = 0;
   std::uint32_t mCurrent = 0;
   double mWidth = 0;  // Pixels of the control's frame.
@@ -133,6 +138,19 @@ class LValueParam : public virtual LRefCountedObject {
 
   double mNormalized;
   double mScaled;
+};
+
+// The payload of the notification of an item that was chosen.
+class LMenuActivationParam : public virtual LRefCountedObject {
+ public:
+  LMenuActivationParam(const RCPtr<LMenuDescriptor>& menu, std::int32_t index);
+  ~LMenuActivationParam() override;
+
+  static void* operator new(std::size_t size);
+  static void operator delete(void* block);
+
+  RCPtr<LMenuDescriptor> mMenu;
+  std::int32_t mIndex;  // Of the item in the menu.
 };
 
 }  // namespace TF

@@ -45,4 +45,18 @@ String KeyCodeToName(const KeyCode& key);
 // "Command".
 KeyCode KeyCodeFromName(const String& text);
 
+// Whole codes of key presses without modifiers.
+struct PressedKey {
+  static constexpr std::uint32_t kReturn = 0x200D0000;
+  static constexpr std::uint32_t kEscape = 0x201B0000;
+  static constexpr std::uint32_t kPageUp = 0x20210000;
+  static constexpr std::uint32_t kPageDown = 0x20220000;
+  static constexpr std::uint32_t kEnd = 0x20230000;
+  static constexpr std::uint32_t kHome = 0x20240000;
+  static constexpr std::uint32_t kLeft = 0x20250000;
+  static constexpr std::uint32_t kUp = 0x20260000;
+  static constexpr std::uint32_t kRight = 0x20270000;
+  static constexpr std::uint32_t kDown = 0x20280000;
+};
+
 }  // namespace TF

@@ -1,26 +1,6 @@
 #include "TFFramework/ControlBase/MenuDescriptor.h"
 
-#include "TFFramework/Threads/ReuseAllocator.h"
-
 namespace TF {
-
-namespace {
-
-// Never destroyed: a parameter may outlive every other static.
-ReuseAllocator<LMenuActivationParam, 4>& Pool() {
-  static auto& pool = *new ReuseAllocator<LMenuActivationParam, 4>(true);
-  return pool;
-}
-
-}  // namespace
-
-void* LMenuActivationParam::operator new(std::size_t size) {
-  return Pool().Allocate(size);
-}
-
-void LMenuActivationParam::operator delete(void* block) {
-  Pool().Free(block);
-}
 
 LMenuDescriptor::LMenuDescriptor() = default;
 

@@ -62,16 +62,4 @@ class LMenuItemDescriptor : public LMenuDescriptor {
   bool mSeparator = false;
 };
 
-// The payload of a chosen item's notification.
-class LMenuActivationParam : public virtual LRefCountedObject {
- public:
-  LMenuActivationParam(const RCPtr<LMenuDescriptor>& menu, std::int32_t index) : mMenu(menu), mIndex(index) {}
-
-  static void* operator new(std::size_t size);
-  static void operator delete(void* block);
-
-  RCPtr<LMenuDescriptor> mMenu;
-  std::int32_t mIndex;  // Of the item in the menu.
-};
-
 }  // namespace TF

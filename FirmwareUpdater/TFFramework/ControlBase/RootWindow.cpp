@@ -122,10 +122,10 @@ void LRootWindow::FocusTree() {
 
 TFRESULT LRootWindow::SetTopControlByName(const String& name) {
   if (name.IsEmpty()) return SetTopControl(nullptr);
-  LFrameworkApp* const application = LFrameworkApp::GetInstance();
-  if (!application || !application->GetControlFactory()) return kFailure;
+  const RCPtr<LControlFactory> factory = LControlFactory::GetCurrent();
+  if (!factory) return kFailure;
   const RCPtr<LRootWindow> held(this);
-  const RCPtr<LControl> control = application->GetControlFactory()->CreateControl(name, held);
+  const RCPtr<LControl> control = factory->CreateControl(name, held);
   return control ? SetTopControl(control) : kFailure;
 }
 

@@ -10,8 +10,6 @@ namespace TF {
 
 namespace {
 
-constexpr std::uint32_t kReturn = 0x200D0000;
-
 // Slots of looks; the same again from kOnOffset for a button that is on.
 constexpr std::int32_t kNormal = 0;
 constexpr std::int32_t kHover = 1;
@@ -20,40 +18,20 @@ constexpr std::int32_t kFocusOffset = 3;
 constexpr std::int32_t kDisabled = 6;
 constexpr std::int32_t kOnOffset = 7;
 
-bool IsTrue(const LControlDescriptor& descriptor, const char16_t* key, bool& value) {
-  String text;
-  if (!descriptor.mCreateParams || !descriptor.mCreateParams->GetString(key, text)) return false;
-  value = text.ToLower() == u"true";
-  return true;
-}
-
 }  // namespace
 
 TFRESULT LButton::Initialize() {
   const TFRESULT result = LControl::Initialize();
   if (Failed(result)) return result;
-  if (!mHandler) mHandler = MakeRC<LNotificationHandler<LButton>>(this);
+  MakeHandler();
   ThrowIfFailed(mHandler->AddHandler(&LButton::HandleSimulateClick, RCPtr<LNotificationDistributor>(this),
                                      u"NID_SIMULATE_CLICK"),
                 "TF::LButton::Initialize");
   bool value = false;
-  if (mDescriptor && IsTrue(*mDescriptor, u"AUTO_VALUE_SET", value)) SetAutoValueSet(value);
-  if (mDescriptor && IsTrue(*mDescriptor, u"IS_RADIO", value)) SetIsRadio(value);
+  if (GetCreateFlag(u"AUTO_VALUE_SET", value)) SetAutoValueSet(value);
+  if (GetCreateFlag(u"IS_RADIO", value)) SetIsRadio(value);
   UpdateLook();
   return result;
-}
-
-void LButton::OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                             const RCPtr<LNotification>& notification) {
-  const RCPtr<LControl> held(this);
-  LControl::OnNotification(sender, notification);
-  const RCPtr<LNotificationHandler<LButton>> handler = mHandler;
-  if (handler && !mDestroyed) handler->Dispatch(sender, notification);
-}
-
-TFRESULT LButton::OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) {
-  if (mHandler) mHandler->RemoveHandler(sender, id);
-  return LControl::OnDistributorClosing(sender, id);
 }
 
 TFRESULT LButton::HandleSimulateClick(const RCPtr<LNotificationDistributor>&, const RCPtr<LNotification>&) {
@@ -120,7 +98,7 @@ String LButton::GetToolTipText() {
 }
 
 TFRESULT LButton::OnKeyDown(const RCPtr<LKeyParam>& param) {
-  if (param->mKey.code != kReturn) return kNothingDone;
+  if (param->mKey.code != PressedKey::kReturn) return kNothingDone;
   SimulateClick();
   return kSuccess;
 }
@@ -140,14 +118,13 @@ void LButton::BeginRepeat() {
 void LButton::OnConditionChange(const RCPtr<LConditionsParam>& conditions) {
   const RCPtr<LControl> held(this);
   LControl::OnConditionChange(conditions);
-  const std::uint32_t risen = conditions->mCurrent & ~conditions->mPrevious;
-  const std::uint32_t fallen = conditions->mPrevious & ~conditions->mCurrent;
-  if (mAutoRepeat && (risen & ControlCondition::kHoverBelow)) {
+  if (mAutoRepeat && conditions->Rose(ControlCondition::kHoverBelow)) {
     // Time spent beside the button does not count.
     mLastRepeatTime = GetControlTime();
-  } else if (mAutoRepeat && (risen & ControlCondition::kLeftDown) && IsEnabled(true) && !mRepeating) {
+  } else if (mAutoRepeat && conditions->Rose(ControlCondition::kLeftDown) && IsEnabled(true) && !mRepeating) {
     BeginRepeat();
-  } else if (mAutoRepeat && (fallen & ControlCondition::kHasCapture) && std::exchange(mRepeating, false)) {
+  } else if (mAutoRepeat && conditions->Fell(ControlCondition::kHasCapture) &&
+             std::exchange(mRepeating, false)) {
     RemoveIdleUser();
   }
   if (!mDestroyed) UpdateLook();

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "TFFramework/ControlBase/Control.h"
-#include "TFFramework/Notification/NotificationHandler.h"
+#include "TFFramework/Controls/HandlingControl.h"
 
 namespace TF {
 
@@ -12,14 +12,11 @@ namespace TF {
 // "NID_BUTTON_AUTOREPEAT": at once, after a while and then steadily, as long as the mouse is over it.
 //
 // Threads: main thread.
-class LButton : public LControl {
+class LButton : public HandlingControl<LButton, LControl> {
  public:
-  using LControl::LControl;
+  using HandlingControl::HandlingControl;
 
   TFRESULT Initialize() override;
-  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                      const RCPtr<LNotification>& notification) override;
-  TFRESULT OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) override;
   void OnValueChange() override;
   void OnConditionChange(const RCPtr<LConditionsParam>& conditions) override;
   void SetEnabled(bool enabled) override;
@@ -48,7 +45,6 @@ class LButton : public LControl {
  protected:
   static constexpr double kOn = 0.5;
 
-  RCPtr<LNotificationHandler<LButton>> mHandler;
   bool mAutoValueSet = false;
   bool mIsRadio = false;
   double mRepeatPeriod = 0.1;  // Seconds, as all the following.

@@ -15,12 +15,12 @@ constexpr std::int32_t kDisabled = 3;
 
 TFRESULT LComboMenu::Initialize() {
   if (Failed(LDropDownControl::Initialize())) return kFailure;
-  if (!mComboHandler) mComboHandler = MakeRC<LNotificationHandler<LComboMenu>>(this);
+  MakeHandler();
   mPopup = FindChild(u"popupMenu");
   if (!mPopup) return kFailure;
   const RCPtr<LNotificationDistributor> popup(mPopup);
-  mComboHandler->AddHandler(&LComboMenu::HandlePopupShown, popup, u"NID_VISIBLITY_CONDITION_CHANGE");
-  mComboHandler->AddHandler(&LComboMenu::HandleItemActivated, popup, u"NID_ITEM_ACTIVATED");
+  mHandler->AddHandler(&LComboMenu::HandlePopupShown, popup, u"NID_VISIBLITY_CONDITION_CHANGE");
+  mHandler->AddHandler(&LComboMenu::HandleItemActivated, popup, u"NID_ITEM_ACTIVATED");
   mPopup->SetSelfClosing(false);
   return kSuccess;
 }
@@ -34,19 +34,6 @@ void LComboMenu::Destroy() {
   const RCPtr<LControl> held(this);
   LDropDownControl::Destroy();
   mPopup = nullptr;
-}
-
-void LComboMenu::OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                                const RCPtr<LNotification>& notification) {
-  const RCPtr<LControl> held(this);
-  LDropDownControl::OnNotification(sender, notification);
-  const RCPtr<LNotificationHandler<LComboMenu>> handler = mComboHandler;
-  if (handler && !mDestroyed) handler->Dispatch(sender, notification);
-}
-
-TFRESULT LComboMenu::OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) {
-  if (mComboHandler) mComboHandler->RemoveHandler(sender, id);
-  return LDropDownControl::OnDistributorClosing(sender, id);
 }
 
 bool LComboMenu::IsPopupShown() {
@@ -63,10 +50,9 @@ void LComboMenu::UpdateLook() {
 void LComboMenu::OnConditionChange(const RCPtr<LConditionsParam>& conditions) {
   const RCPtr<LControl> held(this);
   UpdateLook();
-  const std::uint32_t risen = conditions->mCurrent & ~conditions->mPrevious;
-  if (risen & ControlCondition::kHover) TakeOver();
+  if (conditions->Rose(ControlCondition::kHover)) TakeOver();
   if (mDestroyed) return;
-  if ((risen & ControlCondition::kLeftDown) && mLastLeftDown && mPopup) {
+  if (conditions->Rose(ControlCondition::kLeftDown) && mLastLeftDown && mPopup) {
     PlacePopup();
     const PointT<double> corner = mPopup->GetPositionInParent();
     mPressPoint = {mLastLeftDown->mX - corner.mX, mLastLeftDown->mY - corner.mY};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TFFramework/Controls/DropDownControl.h"
+#include "TFFramework/Controls/HandlingControl.h"
 #include "TFFramework/Controls/PopupMenu.h"
 
 namespace TF {
@@ -10,17 +11,14 @@ namespace TF {
 // child "popupMenu".
 //
 // Threads: main thread.
-class LComboMenu : public LDropDownControl {
+class LComboMenu : public HandlingControl<LComboMenu, LDropDownControl> {
  public:
-  using LDropDownControl::LDropDownControl;
+  using HandlingControl::HandlingControl;
 
   // kFailure without its popup.
   TFRESULT Initialize() override;
   TFRESULT OnDescriptorApplied() override;
   void Destroy() override;
-  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                      const RCPtr<LNotification>& notification) override;
-  TFRESULT OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) override;
   void OnConditionChange(const RCPtr<LConditionsParam>& conditions) override;
 
   const RCPtr<LPopupMenu>& GetPopup() const { return mPopup; }
@@ -36,7 +34,6 @@ class LComboMenu : public LDropDownControl {
   TFRESULT HandleItemActivated(const RCPtr<LNotificationDistributor>& sender,
                                const RCPtr<LNotification>& notification);
 
-  RCPtr<LNotificationHandler<LComboMenu>> mComboHandler;
   RCPtr<LPopupMenu> mPopup;
   PointT<double> mPressPoint;
   double mPopupPosition = 0;  // Pixels.

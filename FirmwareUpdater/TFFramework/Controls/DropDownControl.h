@@ -1,20 +1,18 @@
 #pragma once
 
 #include "TFFramework/ControlBase/Control.h"
+#include "TFFramework/Controls/HandlingControl.h"
 
 namespace TF {
 
 // A face that opens a popup when it is pressed and closes it when it is pressed again or loses the focus.
 //
 // Threads: main thread.
-class LDropDownControl : public LControl {
+class LDropDownControl : public HandlingControl<LDropDownControl, LControl> {
  public:
-  using LControl::LControl;
+  using HandlingControl::HandlingControl;
 
   TFRESULT Initialize() override;
-  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                      const RCPtr<LNotification>& notification) override;
-  TFRESULT OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) override;
   TFRESULT SetFocus(bool forward) override;
   void LoseFocus() override;
   void OnConditionChange(const RCPtr<LConditionsParam>& conditions) override;
@@ -23,7 +21,6 @@ class LDropDownControl : public LControl {
   virtual void ShowPopup(bool show) = 0;
 
  protected:
-  RCPtr<LNotificationHandler<LDropDownControl>> mHandler;
   bool mClosedByFocus = false;
   bool mEatPress = false;  // The press that closed the popup does not open it again.
 

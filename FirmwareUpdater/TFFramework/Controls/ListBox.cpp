@@ -40,13 +40,13 @@ std::int32_t ParseItemNumber(std::u16string_view digits) {
 
 }  // namespace
 
-LListBox::LListBox(const RCPtr<LControl>& parent, const String& name) : LScrollView(parent, name) {}
+LListBox::LListBox(const RCPtr<LControl>& parent, const String& name) : HandlingControl(parent, name) {}
 
 LListBox::~LListBox() = default;
 
 TFRESULT LListBox::Initialize() {
   const TFRESULT result = LScrollView::Initialize();
-  if (!mHandler) mHandler = MakeRC<LNotificationHandler<LListBox>>(this);
+  MakeHandler();
   if (Failed(result)) return result;
   mAutoClientExtent = 0;
   mExtentExtra = {};
@@ -124,9 +124,7 @@ TFRESULT LListBox::AdoptChild(const RCPtr<LControl>& child, const RCPtr<LControl
   if (!descriptor) return kSuccess;
   if (child) return LScrollView::AdoptChild(child, descriptor);
   if (descriptor->mName != kTemplateName) return kFailure;
-  const LFrameworkApp* const application = LFrameworkApp::GetInstance();
-  const RCPtr<LControlFactory> factory =
-      application ? application->GetControlFactory() : RCPtr<LControlFactory>();
+  const RCPtr<LControlFactory> factory = LControlFactory::GetCurrent();
   const RCPtr<LControl> row =
       factory ? factory->CreateSubControl(RCPtr<LControl>(this), descriptor) : RCPtr<LControl>();
   return row && TakeTemplate() ? kSuccess : kFailure;
@@ -136,19 +134,6 @@ void LListBox::Destroy() {
   const RCPtr<LControl> held(this);
   LScrollView::Destroy();
   mRows.clear();
-}
-
-void LListBox::OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                              const RCPtr<LNotification>& notification) {
-  const RCPtr<LControl> held(this);
-  LScrollView::OnNotification(sender, notification);
-  const RCPtr<LNotificationHandler<LListBox>> handler = mHandler;
-  if (handler && !mDestroyed) handler->Dispatch(sender, notification);
-}
-
-TFRESULT LListBox::OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) {
-  if (mHandler) mHandler->RemoveHandler(sender, id);
-  return LScrollView::OnDistributorClosing(sender, id);
 }
 
 std::int32_t LListBox::SetItemCount(std::int32_t count) {
@@ -272,20 +257,13 @@ TFRESULT LListBox::SortRange(std::int32_t first, std::int32_t count) {
   }
   std::stable_sort(order.begin(), order.end(),
                    [](const auto& left, const auto& right) { return left.first < right.first; });
-  // Where the record that belongs at each place is now.
-  std::vector<std::int32_t> from(order.size()), at(order.size());
-  for (std::size_t place = 0; place < order.size(); ++place) from[place] = order[place].second - first;
-  for (std::size_t place = 0; place < at.size(); ++place) at[place] = static_cast<std::int32_t>(place);
-  std::vector<std::int32_t> holds = at;
-  for (std::size_t place = 0; place < from.size(); ++place) {
-    const std::int32_t wanted = from[place], source = at[static_cast<std::size_t>(wanted)];
-    const std::int32_t moved = holds[place];
-    if (source == static_cast<std::int32_t>(place)) continue;
-    const TFRESULT result = SwapItems(first + static_cast<std::int32_t>(place), first + source);
+  for (std::int32_t place = 0; place < count; ++place) {
+    // What belongs here may have been swapped away from where it was, and on from there.
+    std::int32_t from = order[static_cast<std::size_t>(place)].second - first;
+    while (from < place) from = order[static_cast<std::size_t>(from)].second - first;
+    if (from == place) continue;
+    const TFRESULT result = SwapItems(first + place, first + from);
     if (Failed(result)) return result;
-    std::swap(holds[place], holds[static_cast<std::size_t>(source)]);
-    at[static_cast<std::size_t>(wanted)] = static_cast<std::int32_t>(place);
-    at[static_cast<std::size_t>(moved)] = source;
   }
   RefreshRows();
   return kSuccess;

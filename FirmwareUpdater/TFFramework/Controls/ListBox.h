@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "TFFramework/ControlBase/ControlParams.h"
+#include "TFFramework/Controls/HandlingControl.h"
 #include "TFFramework/Controls/ListBoxItem.h"
 #include "TFFramework/Controls/ScrollView.h"
-#include "TFFramework/Notification/NotificationHandler.h"
 #include "TFFramework/ObjectBase/RCPtr.h"
 #include "TFFramework/Utilities/Storage/StringT.h"
 
@@ -53,7 +53,7 @@ class LListText : public virtual LRefCountedObject {
 // "NID_ITEM_LEFT_DRAG_CONDITION_CHANGE" with an LItemConditionsParam.
 //
 // Threads: main thread.
-class LListBox : public LScrollView {
+class LListBox : public HandlingControl<LListBox, LScrollView> {
  public:
   LListBox(const RCPtr<LControl>& parent, const String& name);
   ~LListBox() override;
@@ -66,9 +66,6 @@ class LListBox : public LScrollView {
   TFRESULT ApplyDescriptor(const RCPtr<LControlDescriptor>& descriptor) override;
   TFRESULT AdoptChild(const RCPtr<LControl>& child, const RCPtr<LControlDescriptor>& descriptor) override;
   void Destroy() override;
-  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                      const RCPtr<LNotification>& notification) override;
-  TFRESULT OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) override;
   TFRESULT OnDescriptorApplied() override;
   void OnChildRemoved(const RCPtr<LControl>& child, std::int32_t index) override;
   void OnScrollOffsetChange(const PointT<double>& from, const PointT<double>& to) override;
@@ -170,7 +167,6 @@ class LListBox : public LScrollView {
   TFRESULT HandleRowHover(const RCPtr<LNotificationDistributor>& sender,
                           const RCPtr<LNotification>& notification);
 
-  RCPtr<LNotificationHandler<LListBox>> mHandler;
   std::int32_t mItemPadding = 0;   // Pixels around an item's text.
   std::int32_t mContentWidth = 0;  // Pixels of the widest item.
   std::vector<ListRecord> mRecords;

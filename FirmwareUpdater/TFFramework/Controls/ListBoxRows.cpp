@@ -68,9 +68,7 @@ void LListBox::MeasureTemplate(const RCPtr<LControl>& row) {
 }
 
 RCPtr<LListBoxItem> LListBox::AddRow() {
-  const LFrameworkApp* const application = LFrameworkApp::GetInstance();
-  const RCPtr<LControlFactory> factory =
-      application ? application->GetControlFactory() : RCPtr<LControlFactory>();
+  const RCPtr<LControlFactory> factory = LControlFactory::GetCurrent();
   if (!factory || !mTemplateDescriptor || !mTemplateDescriptor->mLayout) return nullptr;
   const auto layout = MakeRC<LLayoutDescriptor>(*mTemplateDescriptor->mLayout);
   layout->Axis(LayoutAxis::kX).mTextOverflow = TextOverflow::kClip;

@@ -8,25 +8,10 @@ namespace TF {
 
 namespace {
 
-constexpr std::uint32_t kUp = 0x20260000;
-constexpr std::uint32_t kDown = 0x20280000;
-constexpr std::uint32_t kLeft = 0x20250000;
-constexpr std::uint32_t kRight = 0x20270000;
-constexpr std::uint32_t kPageUp = 0x20210000;
-constexpr std::uint32_t kPageDown = 0x20220000;
-constexpr std::uint32_t kHome = 0x20240000;
-constexpr std::uint32_t kEnd = 0x20230000;
-constexpr std::uint32_t kEnter = 0x200D0000;
-
 // Looks of a list.
 constexpr std::int32_t kNormal = 0;
 constexpr std::int32_t kDisabled = 1;
 constexpr std::int32_t kFocused = 2;
-
-bool Contains(const RectT<double>& rect, const PointT<double>& point) {
-  return point.mX >= rect.mX && point.mX < rect.GetRight() && point.mY >= rect.mY &&
-         point.mY < rect.GetBottom();
-}
 
 }  // namespace
 
@@ -313,7 +298,7 @@ TFRESULT LListBox::HandleRowHover(const RCPtr<LNotificationDistributor>& sender,
   const RCPtr<LListBoxItem> row(sender);
   if (!row || !row->IsEnabled(true)) return kNothingDone;
   const RCPtr<LItemConditionsParam> item = DescribeRow(row, notification);
-  const bool rises = (item->mCurrent & ~item->mPrevious & ControlCondition::kHoverBelow) != 0;
+  const bool rises = item->Rose(ControlCondition::kHoverBelow);
   if (mSelectOnHover && rises && IsItem(item->mIndex) && IsItemSelectable(item->mIndex))
     SelectRange(item->mIndex, -1, true);
   if (!mDestroyed) Send(LNotification::Create(u"NID_ITEM_HOVER_CONDITION_CHANGE", item));
@@ -357,7 +342,8 @@ void LListBox::OnLeftMouseUp(const RCPtr<LMouseButtonParam>& param) {
   if (!RCPtr<LDropDownControl>(parent)) return;
   const PointT<double> corner = GetPositionInParent();
   const RectT<double>& face = parent->GetBounds();
-  if (!Contains({0, 0, face.mWidth, face.mHeight}, {point.mX + corner.mX, point.mY + corner.mY}))
+  if (!Contains(RectT<double>{0, 0, face.mWidth, face.mHeight},
+                PointT<double>{point.mX + corner.mX, point.mY + corner.mY}))
     SetVisible(false);
 }
 
@@ -375,24 +361,24 @@ void LListBox::SelectByKey(std::int32_t step, bool extends) {
 TFRESULT LListBox::OnKeyDown(const RCPtr<LKeyParam>& param) {
   constexpr std::uint32_t kShifted = KeyCode::kShift;
   switch (param->mKey.code) {
-    case kUp:
-    case kUp | kShifted:
-      SelectByKey(-1, param->mKey.code != kUp);
+    case PressedKey::kUp:
+    case PressedKey::kUp | kShifted:
+      SelectByKey(-1, param->mKey.code != PressedKey::kUp);
       return kSuccess;
-    case kDown:
-    case kDown | kShifted:
-      SelectByKey(1, param->mKey.code != kDown);
+    case PressedKey::kDown:
+    case PressedKey::kDown | kShifted:
+      SelectByKey(1, param->mKey.code != PressedKey::kDown);
       return kSuccess;
-    case kEnter:
+    case PressedKey::kReturn:
       if (mCaret >= 0) Activate(mCaret);
       return kSuccess;
     // The bars have taken those that they can use before.
-    case kLeft:
-    case kRight:
-    case kPageUp:
-    case kPageDown:
-    case kHome:
-    case kEnd:
+    case PressedKey::kLeft:
+    case PressedKey::kRight:
+    case PressedKey::kPageUp:
+    case PressedKey::kPageDown:
+    case PressedKey::kHome:
+    case PressedKey::kEnd:
       return kSuccess;
     default:
       return kNothingDone;

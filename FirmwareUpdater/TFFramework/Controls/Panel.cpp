@@ -4,32 +4,19 @@
 
 namespace TF {
 
-LPanel::LPanel(const RCPtr<LControl>& parent, const String& name) : LScrollView(parent, name) {}
+LPanel::LPanel(const RCPtr<LControl>& parent, const String& name) : HandlingControl(parent, name) {}
 
 LPanel::~LPanel() = default;
 
 TFRESULT LPanel::Initialize() {
   const TFRESULT result = LScrollView::Initialize();
   if (Failed(result)) return result;
-  if (!mHandler) mHandler = MakeRC<LNotificationHandler<LPanel>>(this);
+  MakeHandler();
   if (!mParent) return result;
   ThrowIfFailed(mHandler->AddHandler(&LPanel::HandleParentKey, RCPtr<LNotificationDistributor>(mParent),
                                      u"NID_SIBLING_KEY"),
                 "TF::LPanel::Initialize");
   return result;
-}
-
-void LPanel::OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                            const RCPtr<LNotification>& notification) {
-  const RCPtr<LControl> held(this);
-  LScrollView::OnNotification(sender, notification);
-  const RCPtr<LNotificationHandler<LPanel>> handler = mHandler;
-  if (handler && !mDestroyed) handler->Dispatch(sender, notification);
-}
-
-TFRESULT LPanel::OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) {
-  if (mHandler) mHandler->RemoveHandler(sender, id);
-  return LScrollView::OnDistributorClosing(sender, id);
 }
 
 RCPtr<LControl> LPanel::GetNextInTabOrder(const RCPtr<LControl>& child, bool backward) {

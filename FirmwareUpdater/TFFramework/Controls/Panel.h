@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TFFramework/Controls/HandlingControl.h"
 #include "TFFramework/Controls/ScrollView.h"
 
 namespace TF {
@@ -8,21 +9,15 @@ namespace TF {
 // what is in it work while a sibling has the focus. Its content scrolls when the skin gives it bars.
 //
 // Threads: main thread.
-class LPanel : public LScrollView {
+class LPanel : public HandlingControl<LPanel, LScrollView> {
  public:
   LPanel(const RCPtr<LControl>& parent, const String& name);
   ~LPanel() override;
 
   // Throws FailedResultException when it cannot hear the keys of its parent.
   TFRESULT Initialize() override;
-  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                      const RCPtr<LNotification>& notification) override;
-  TFRESULT OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) override;
   // Null at the end as well, when something is above the panel to go on with.
   RCPtr<LControl> GetNextInTabOrder(const RCPtr<LControl>& child, bool backward) override;
-
- protected:
-  RCPtr<LNotificationHandler<LPanel>> mHandler;
 
  private:
   TFRESULT HandleParentKey(const RCPtr<LNotificationDistributor>& sender,

@@ -8,6 +8,7 @@
 #include "TFFramework/ControlBase/ControlClock.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/ControlBase/LayoutGuard.h"
+#include "TFFramework/Controls/FloatingPlace.h"
 #include "TFFramework/Controls/MenuBar.h"
 
 namespace TF {
@@ -15,14 +16,6 @@ namespace TF {
 namespace {
 
 constexpr std::uint32_t kSubmenuDelay = 250;  // Milliseconds; a submenu opens after more than these.
-constexpr std::uint32_t kLeft = 0x20250000;
-constexpr std::uint32_t kRight = 0x20270000;
-constexpr std::uint32_t kEscape = 0x201B0000;
-
-bool IsWithin(const LControl& control, const PointT<double>& point) {
-  const RectT<double>& bounds = control.GetBounds();
-  return point.mX >= 0 && point.mX < bounds.mWidth && point.mY >= 0 && point.mY < bounds.mHeight;
-}
 
 }  // namespace
 
@@ -31,7 +24,7 @@ TFRESULT LPopupMenu::Initialize() {
   mRouteChildHits = true;
   mSelectOnHover = true;
   mShowCheckBoxes = true;
-  if (!mPopupHandler) mPopupHandler = MakeRC<LNotificationHandler<LPopupMenu>>(this);
+  MakeHandler();
   if (Failed(LCheckedListBox::Initialize())) return kFailure;
   // What its texts give is shown by itself.
   mContextMenu = nullptr;
@@ -67,19 +60,6 @@ void LPopupMenu::Destroy() {
   mSubmenu = nullptr;
   mSubmenuItem = nullptr;
   mHoveredRow = nullptr;
-}
-
-void LPopupMenu::OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                                const RCPtr<LNotification>& notification) {
-  const RCPtr<LControl> held(this);
-  LCheckedListBox::OnNotification(sender, notification);
-  const RCPtr<LNotificationHandler<LPopupMenu>> handler = mPopupHandler;
-  if (handler && !mDestroyed) handler->Dispatch(sender, notification);
-}
-
-TFRESULT LPopupMenu::OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) {
-  if (mPopupHandler) mPopupHandler->RemoveHandler(sender, id);
-  return LCheckedListBox::OnDistributorClosing(sender, id);
 }
 
 RCPtr<LMenuItemDescriptor> LPopupMenu::GetItem(std::int32_t index) const {
@@ -155,9 +135,7 @@ TFRESULT LPopupMenu::OpenSubmenu(std::int32_t index) {
   if (!item || item->GetItemCount() == 0) return kInvalidArgument;
   const RCPtr<LControl> held(this);
   CloseSubmenu();
-  const LFrameworkApp* const application = LFrameworkApp::GetInstance();
-  const RCPtr<LControlFactory> factory =
-      application ? application->GetControlFactory() : RCPtr<LControlFactory>();
+  const RCPtr<LControlFactory> factory = LControlFactory::GetCurrent();
   if (!factory || mDestroyed) return kFailure;
   const auto layout = MakeRC<LLayoutDescriptor>(*mDescriptor->mLayout);
   const RCPtr<LPopupMenu> submenu(
@@ -175,18 +153,6 @@ TFRESULT LPopupMenu::OpenSubmenu(std::int32_t index) {
   return kSuccess;
 }
 
-void LPopupMenu::PlaceOnAxis(LayoutAxis axis, double position) {
-  LayoutPosition place;
-  LayoutSize size;
-  GetAxisLayout(axis, place, size);
-  place.mReference = PositionReference::kParent;
-  place.mAnchor = 0;
-  place.mRel = 0;
-  place.mAbs = position;
-  place.mIsDocked = true;
-  SetAxisLayout(axis, place, size);
-}
-
 // Beside its row, on the side that has room.
 void LPopupMenu::PlaceSubmenu(LPopupMenu& submenu, const LControl& row) {
   const RCPtr<LRootWindow> window = GetRootWindow();
@@ -201,8 +167,8 @@ void LPopupMenu::PlaceSubmenu(LPopupMenu& submenu, const LControl& row) {
   if (corner.mX + x < 0) x = right;
   if (room.mHeight < size.mHeight + y + corner.mY) y = room.mHeight - size.mHeight - corner.mY;
   if (corner.mY + y < 0) y = 0;
-  submenu.PlaceOnAxis(LayoutAxis::kX, x);
-  submenu.PlaceOnAxis(LayoutAxis::kY, y);
+  PlaceFromParent(submenu, LayoutAxis::kX, x);
+  PlaceFromParent(submenu, LayoutAxis::kY, y);
 }
 
 // What is higher than the window scrolls.
@@ -224,13 +190,7 @@ void LPopupMenu::ShowAtPointer() {
   PointT<std::int32_t> mouse;
   if (!parent || !window || !window->GetMousePosition(mouse)) return;
   LimitToWindow();
-  const RectT<std::int32_t> room = window->GetClientRect();
-  const PointT<double> origin = parent->GetWindowPosition();
-  const auto place = [](double at, double size, double limit) {
-    return std::max(at + size > limit ? limit - size : at, 0.0);
-  };
-  PlaceOnAxis(LayoutAxis::kX, place(mouse.mX, mBounds.mWidth, room.mWidth) - origin.mX);
-  PlaceOnAxis(LayoutAxis::kY, place(mouse.mY, mBounds.mHeight, room.mHeight) - origin.mY);
+  PlaceInWindow(*this, {double(mouse.mX), double(mouse.mY)});
   SetVisible(true);
   if (!mDestroyed && !mHasFocus) SetFocus(true);
 }
@@ -336,7 +296,8 @@ void LPopupMenu::OnMouseMove(const RCPtr<LPointWithModifiersParam>& param) {
   if (mDestroyed) return;
   const PointT<double> point{double(param->mX), double(param->mY)};
   HoverRow(FindRowAt(point));
-  if (!mDestroyed && mHasCapture && mLeftDrag && !IsWithin(*this, point)) HandCaptureOn(point);
+  if (!mDestroyed && mHasCapture && mLeftDrag && !Contains({0, 0, mBounds.mWidth, mBounds.mHeight}, point))
+    HandCaptureOn(point);
 }
 
 // One gesture goes through all popups of the chain.
@@ -361,13 +322,13 @@ void LPopupMenu::HandCaptureOn(const PointT<double>& point) {
 TFRESULT LPopupMenu::OnKeyDown(const RCPtr<LKeyParam>& param) {
   const RCPtr<LControl> held(this);
   switch (param->mKey.code) {
-    case kLeft:
+    case PressedKey::kLeft:
       if (const RCPtr<LPopupMenu> above = GetParentPopup()) above->CloseSubmenu();
       return kSuccess;
-    case kRight:
+    case PressedKey::kRight:
       if (LeadsOn(mCaret) && !Failed(OpenSubmenu(mCaret)) && mSubmenu) mSubmenu->SelectFirst();
       return kSuccess;
-    case kEscape:
+    case PressedKey::kEscape:
       if (ClosesItself()) CloseAll();
       return kSuccess;
     default:
@@ -380,14 +341,13 @@ void LPopupMenu::OnConditionChange(const RCPtr<LConditionsParam>& conditions) {
   LCheckedListBox::OnConditionChange(conditions);
   if (mDestroyed) return;
   const std::uint32_t changed = conditions->mCurrent ^ conditions->mPrevious;
-  const auto fell = [&](std::uint32_t bit) { return (changed & conditions->mPrevious & bit) != 0; };
   constexpr std::uint32_t kFocusBits = ControlCondition::kHasFocus | ControlCondition::kContainsFocus;
-  if (fell(ControlCondition::kHover)) HoverRow(nullptr);
+  if (conditions->Fell(ControlCondition::kHover)) HoverRow(nullptr);
   const bool isTop = !GetParentPopup();
   if ((changed & kFocusBits) && isTop && !mHasFocus && !mContainsFocus && IsShown(false) && ClosesItself())
     CloseAll();
-  if (changed & conditions->mCurrent & ControlCondition::kShown) RefreshItemStates();
-  if (fell(ControlCondition::kShown) && isTop) CloseSubmenu();
+  if (conditions->Rose(ControlCondition::kShown)) RefreshItemStates();
+  if (conditions->Fell(ControlCondition::kShown) && isTop) CloseSubmenu();
 }
 
 TFRESULT LPopupMenu::HandleRowTip(const RCPtr<LNotificationDistributor>& sender,

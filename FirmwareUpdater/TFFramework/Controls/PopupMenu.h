@@ -6,6 +6,7 @@
 #include "TFFramework/ControlBase/MenuItemUpdater.h"
 #include "TFFramework/ControlBase/PopupControls.h"
 #include "TFFramework/Controls/CheckedListBox.h"
+#include "TFFramework/Controls/HandlingControl.h"
 
 namespace TF {
 
@@ -17,17 +18,14 @@ namespace TF {
 // LMenuActivationParam.
 //
 // Threads: main thread.
-class LPopupMenu : public LCheckedListBox, public IContextMenuPopup {
+class LPopupMenu : public HandlingControl<LPopupMenu, LCheckedListBox>, public IContextMenuPopup {
  public:
-  using LCheckedListBox::LCheckedListBox;
+  using HandlingControl::HandlingControl;
 
   TFRESULT Initialize() override;
   TFRESULT ApplyDescriptor(const RCPtr<LControlDescriptor>& descriptor) override;
   TFRESULT OnDescriptorApplied() override;
   void Destroy() override;
-  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                      const RCPtr<LNotification>& notification) override;
-  TFRESULT OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) override;
 
   // kInvalidArgument for null.
   TFRESULT SetMenu(const RCPtr<LMenuDescriptor>& menu) override;
@@ -95,14 +93,11 @@ class LPopupMenu : public LCheckedListBox, public IContextMenuPopup {
   void Arm();
   void Disarm();
   void PlaceSubmenu(LPopupMenu& submenu, const LControl& row);
-  // From the corner of the parent's frame, whatever that scrolls.
-  void PlaceOnAxis(LayoutAxis axis, double position);
   void SelectOpenItem();
   void SelectFirst();
   TFRESULT HandleRowTip(const RCPtr<LNotificationDistributor>& sender,
                         const RCPtr<LNotification>& notification);
 
-  RCPtr<LNotificationHandler<LPopupMenu>> mPopupHandler;
   RCPtr<LMenuDescriptor> mMenu;
   RCPtr<LPopupMenu> mSubmenu;
   RCPtr<LMenuItemDescriptor> mSubmenuItem;

@@ -157,8 +157,8 @@ TFRESULT LPopupMenu::UpdateRow(std::int32_t index, std::int32_t& row) {
 RCPtr<LListBoxItem> LPopupMenu::AddRow() {
   const RCPtr<LListBoxItem> row = LCheckedListBox::AddRow();
   if (row) {
-    mPopupHandler->AddHandler(&LPopupMenu::HandleRowTip, RCPtr<LNotificationDistributor>(row),
-                              u"NID_HOVER_CONDITION_CHANGE");
+    mHandler->AddHandler(&LPopupMenu::HandleRowTip, RCPtr<LNotificationDistributor>(row),
+                         u"NID_HOVER_CONDITION_CHANGE");
   }
   return row;
 }

@@ -19,14 +19,6 @@ using Bits = ControlCondition;
 // The look of a channel that is drawn over the other as far as it is pressed.
 constexpr std::int32_t kPressedLook = 1;
 
-bool Rose(const LConditionsParam& conditions, std::uint32_t bit) {
-  return (conditions.mCurrent & bit) != 0 && (conditions.mPrevious & bit) == 0;
-}
-
-bool Fell(const LConditionsParam& conditions, std::uint32_t bit) {
-  return (conditions.mCurrent & bit) == 0 && (conditions.mPrevious & bit) != 0;
-}
-
 enum class Goal { kLineBack, kLineOn, kPageBack, kPageOn, kStart, kEnd };
 
 struct BarKey {
@@ -38,14 +30,14 @@ struct BarKey {
 };
 
 constexpr BarKey kKeys[] = {
-    {0x20260000, LScrollbar::kUpKey, false, true, Goal::kLineBack},
-    {0x20280000, LScrollbar::kDownKey, false, true, Goal::kLineOn},
-    {0x20250000, LScrollbar::kLeftKey, true, false, Goal::kLineBack},
-    {0x20270000, LScrollbar::kRightKey, true, false, Goal::kLineOn},
-    {0x20210000, LScrollbar::kPageUpKey, false, true, Goal::kPageBack},
-    {0x20220000, LScrollbar::kPageDownKey, false, true, Goal::kPageOn},
-    {0x20240000, LScrollbar::kHomeKey, true, true, Goal::kStart},
-    {0x20230000, LScrollbar::kEndKey, true, true, Goal::kEnd},
+    {PressedKey::kUp, LScrollbar::kUpKey, false, true, Goal::kLineBack},
+    {PressedKey::kDown, LScrollbar::kDownKey, false, true, Goal::kLineOn},
+    {PressedKey::kLeft, LScrollbar::kLeftKey, true, false, Goal::kLineBack},
+    {PressedKey::kRight, LScrollbar::kRightKey, true, false, Goal::kLineOn},
+    {PressedKey::kPageUp, LScrollbar::kPageUpKey, false, true, Goal::kPageBack},
+    {PressedKey::kPageDown, LScrollbar::kPageDownKey, false, true, Goal::kPageOn},
+    {PressedKey::kHome, LScrollbar::kHomeKey, true, true, Goal::kStart},
+    {PressedKey::kEnd, LScrollbar::kEndKey, true, true, Goal::kEnd},
 };
 
 double ValueAt(Goal goal, const LScrollbar& bar) {
@@ -68,13 +60,13 @@ double ValueAt(Goal goal, const LScrollbar& bar) {
 
 }  // namespace
 
-LScrollbar::LScrollbar(const RCPtr<LControl>& parent, const String& name) : LControl(parent, name) {}
+LScrollbar::LScrollbar(const RCPtr<LControl>& parent, const String& name) : HandlingControl(parent, name) {}
 
 LScrollbar::~LScrollbar() = default;
 
 TFRESULT LScrollbar::Initialize() {
   if (Failed(LControl::Initialize())) return kFailure;
-  if (!mHandler) mHandler = MakeRC<LNotificationHandler<LScrollbar>>(this);
+  MakeHandler();
   // The skin may have changed under a finger.
   EndChannelPress();
   EndThumbDrag();
@@ -143,19 +135,6 @@ void LScrollbar::Destroy() {
   mDraggingThumb = false;
   mChannel = nullptr;
   mThumb = nullptr;
-}
-
-void LScrollbar::OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                                const RCPtr<LNotification>& notification) {
-  const RCPtr<LControl> held(this);
-  LControl::OnNotification(sender, notification);
-  const RCPtr<LNotificationHandler<LScrollbar>> handler = mHandler;
-  if (handler && !mDestroyed) handler->Dispatch(sender, notification);
-}
-
-TFRESULT LScrollbar::OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) {
-  if (mHandler) mHandler->RemoveHandler(sender, id);
-  return LControl::OnDistributorClosing(sender, id);
 }
 
 void LScrollbar::SetKeyMask(std::uint32_t mask) {
@@ -249,7 +228,7 @@ std::int32_t LScrollbar::FindPointerSide() const {
   const RectT<double> client = mChannel->GetClientRect();
   const PointT<double> point{mouse.mX - corner.mX, mouse.mY - corner.mY};
   const RectT<double>& frame = mChannel->GetBounds();
-  if (point.mX < 0 || point.mX >= frame.mWidth || point.mY < 0 || point.mY >= frame.mHeight) return kNoSide;
+  if (!Contains({0, 0, frame.mWidth, frame.mHeight}, point)) return kNoSide;
   const double place = On(GetAxis(), point) - On(GetAxis(), client);
   const double near = GetThumbPosition();
   if (place >= mTrackStart && place < near) return kBeforeThumb;
@@ -260,9 +239,9 @@ TFRESULT LScrollbar::HandleChannelPress(const RCPtr<LNotificationDistributor>&,
                                         const RCPtr<LNotification>& notification) {
   const RCPtr<LConditionsParam> conditions(notification->GetData());
   if (!conditions) return kNothingDone;
-  if (Fell(*conditions, Bits::kHasCapture)) {
+  if (conditions->Fell(Bits::kHasCapture)) {
     EndChannelPress();
-  } else if (Rose(*conditions, Bits::kLeftDown)) {
+  } else if (conditions->Rose(Bits::kLeftDown)) {
     BeginChannelPress();
   }
   return kSuccess;
@@ -351,10 +330,10 @@ TFRESULT LScrollbar::HandleThumbDrag(const RCPtr<LNotificationDistributor>&,
                                      const RCPtr<LNotification>& notification) {
   const RCPtr<LConditionsParam> conditions(notification->GetData());
   if (!conditions) return kNothingDone;
-  if (Rose(*conditions, Bits::kLeftDrag)) {
+  if (conditions->Rose(Bits::kLeftDrag)) {
     mDraggingThumb = true;
     mPendingValue = kNoPending;
-  } else if (Fell(*conditions, Bits::kLeftDrag)) {
+  } else if (conditions->Fell(Bits::kLeftDrag)) {
     EndThumbDrag();
   }
   return kSuccess;

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "TFFramework/ControlBase/Control.h"
-#include "TFFramework/Notification/NotificationHandler.h"
+#include "TFFramework/Controls/HandlingControl.h"
 
 namespace TF {
 
@@ -14,7 +14,7 @@ class LButton;
 // its parent, or a sibling with the focus, does not use.
 //
 // Threads: main thread.
-class LScrollbar : public LControl {
+class LScrollbar : public HandlingControl<LScrollbar, LControl> {
  public:
   LScrollbar(const RCPtr<LControl>& parent, const String& name);
   ~LScrollbar() override;
@@ -35,9 +35,6 @@ class LScrollbar : public LControl {
   TFRESULT Initialize() override;
   TFRESULT OnDescriptorApplied() override;
   void Destroy() override;
-  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                      const RCPtr<LNotification>& notification) override;
-  TFRESULT OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) override;
 
   // While the user drags the thumb, the value waits until that has ended.
   double SetValue(double normalized) override;
@@ -63,7 +60,6 @@ class LScrollbar : public LControl {
   bool IsDraggingThumb() const { return mDraggingThumb; }
 
  protected:
-  RCPtr<LNotificationHandler<LScrollbar>> mHandler;
   std::int32_t mVertical = 1;
   RCPtr<LControl> mChannel;
   RCPtr<LButton> mThumb;

@@ -40,13 +40,9 @@ void SetThickness(LControl& control, LayoutAxis axis, double pixels) {
   control.SetAxisLayout(axis, LayoutPosition(control.GetLayout()->Axis(axis).mPosition), size);
 }
 
-bool IsTrue(const String& text) {
-  return text.ToLower() == u"true";
-}
-
 }  // namespace
 
-LScrollView::LScrollView(const RCPtr<LControl>& parent, const String& name) : LControl(parent, name) {}
+LScrollView::LScrollView(const RCPtr<LControl>& parent, const String& name) : HandlingControl(parent, name) {}
 
 LScrollView::~LScrollView() = default;
 
@@ -56,7 +52,7 @@ TFRESULT LScrollView::Initialize() {
   mHBar = RCPtr<LScrollbar>(FindChild(u"hBar"));
   mVBar = RCPtr<LScrollbar>(FindChild(u"vBar"));
   mCorner = FindChild(u"corner");
-  if (!mHandler) mHandler = MakeRC<LNotificationHandler<LScrollView>>(this);
+  MakeHandler();
   for (const LayoutAxis axis : kBars) {
     const RCPtr<LScrollbar>& bar = GetBar(axis);
     if (!bar) continue;
@@ -78,11 +74,10 @@ void LScrollView::TakeThickness() {
 
 void LScrollView::ApplyCreateParameters() {
   LControl::ApplyCreateParameters();
-  if (!mDescriptor || !mDescriptor->mCreateParams) return;
   const auto take = [this](const char16_t* key, std::uint32_t bit) {
-    String value;
-    if (!mDescriptor->mCreateParams->GetString(key, value)) return;
-    mAutoClientExtent = IsTrue(value) ? mAutoClientExtent | bit : mAutoClientExtent & ~bit;
+    bool isOn = false;
+    if (!GetCreateFlag(key, isOn)) return;
+    mAutoClientExtent = isOn ? mAutoClientExtent | bit : mAutoClientExtent & ~bit;
   };
   take(u"AUTO_CLIENT_EXTENT_X", kAutoX);
   take(u"AUTO_CLIENT_EXTENT_Y", kAutoY);
@@ -107,19 +102,6 @@ void LScrollView::Destroy() {
   mHBar = nullptr;
   mVBar = nullptr;
   mCorner = nullptr;
-}
-
-void LScrollView::OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                                 const RCPtr<LNotification>& notification) {
-  const RCPtr<LControl> held(this);
-  LControl::OnNotification(sender, notification);
-  const RCPtr<LNotificationHandler<LScrollView>> handler = mHandler;
-  if (handler && !mDestroyed) handler->Dispatch(sender, notification);
-}
-
-TFRESULT LScrollView::OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) {
-  if (mHandler) mHandler->RemoveHandler(sender, id);
-  return LControl::OnDistributorClosing(sender, id);
 }
 
 void LScrollView::OnChildRemoved(const RCPtr<LControl>& child, std::int32_t index) {

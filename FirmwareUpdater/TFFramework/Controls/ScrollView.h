@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "TFFramework/Controls/HandlingControl.h"
 #include "TFFramework/Controls/ScrollBar.h"
 
 namespace TF {
@@ -14,7 +15,7 @@ namespace TF {
 // Notifications: "NID_CLIENT_EXTENT_CHANGE".
 //
 // Threads: main thread.
-class LScrollView : public LControl {
+class LScrollView : public HandlingControl<LScrollView, LControl> {
  public:
   LScrollView(const RCPtr<LControl>& parent, const String& name);
   ~LScrollView() override;
@@ -28,9 +29,6 @@ class LScrollView : public LControl {
   TFRESULT ApplyDescriptor(const RCPtr<LControlDescriptor>& descriptor) override;
   TFRESULT OnDescriptorApplied() override;
   void Destroy() override;
-  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                      const RCPtr<LNotification>& notification) override;
-  TFRESULT OnDistributorClosing(const RCPtr<LNotificationDistributor>& sender, NotificationId id) override;
   void OnChildRemoved(const RCPtr<LControl>& child, std::int32_t index) override;
 
   // At least 1 by 1 pixel of the content, from the scroll offset on.
@@ -64,7 +62,6 @@ class LScrollView : public LControl {
   bool IsBarShown(LayoutAxis axis) const;
   const RCPtr<LScrollbar>& GetBar(LayoutAxis axis) const { return axis == LayoutAxis::kX ? mHBar : mVBar; }
 
-  RCPtr<LNotificationHandler<LScrollView>> mHandler;
   bool mInUpdate = false;        // UpdateBars runs.
   bool mInExtentChange = false;  // The view is changing what it would react to, as mInScroll.
   bool mInScroll = false;

@@ -135,17 +135,23 @@ class ProbeFixture : public ControlFixture {
   static constexpr std::uint32_t kMiddle = LMouseButtonParam::kMiddle;
   static constexpr std::uint32_t kRight = LMouseButtonParam::kRight;
 
-  // Hears notifications of controls.
+  // Writes down the notifications of controls, and acts when one is no probe, which acts by itself.
   class Ear : public virtual LNotificationClient {
    public:
+    std::function<void()> mAct;
+
     void OnNotification(const RCPtr<LNotificationDistributor>& sender,
                         const RCPtr<LNotification>& notification) override {
-      RCPtr<ProbeControl>(RCPtr<LControl>(sender))->Tell(ToUtf8(notification->GetId()));
+      const RCPtr<LControl> control(sender);
+      if (const RCPtr<ProbeControl> probe(control); probe) return probe->Tell(ToUtf8(notification->GetId()));
+      ProbeControl::gLog.push_back(ToUtf8(control->GetName()) + " " + ToUtf8(notification->GetId()));
+      if (mAct) mAct();
     }
   };
 
   void TearDown() override {
     ProbeControl::gAct = nullptr;
+    mEar->mAct = nullptr;
     mEar->UnregisterAll();
     ControlFixture::TearDown();
     mWindow->mTop = nullptr;

@@ -86,7 +86,7 @@ inline std::string ViewBars(int thickness, bool hasCorner, const std::string& ba
 
 // Takes clicks without a look.
 template <class T>
-class Solid : public T {
+class Touchable : public T {
  public:
   using T::T;
   bool IsTransparentAt(const PointT<double>&) override { return false; }
@@ -101,16 +101,16 @@ class OpenBar : public LScrollbar {
 };
 
 // A channel that can show which of its sides is pressed.
-class TestChannel : public Solid<LControl> {
+class TestChannel : public Touchable<LControl> {
  public:
-  TestChannel(const RCPtr<LControl>& parent, const String& name) : Solid<LControl>(parent, name) {}
+  TestChannel(const RCPtr<LControl>& parent, const String& name) : Touchable<LControl>(parent, name) {}
   TFRESULT Initialize() override {
     SetLookCount(2);
     for (std::int32_t slot = 0; slot < 2; ++slot) {
       SetLook(MakeRC<LLook>(MakeRC<LLookDescriptor>(), RCPtr<LFont>()), slot);
     }
     SetActiveLook(0);
-    return Solid<LControl>::Initialize();
+    return Touchable<LControl>::Initialize();
   }
 };
 
@@ -143,21 +143,23 @@ class BarFixture : public ProbeFixture {
   // Other classes than those here, which stand behind them.
   virtual void RegisterMore() {}
 
-  void MakeControls(const std::string& children) {
+  // others: what stands in the skin beside the main control.
+  void MakeControls(const std::string& children, const std::string& others = "") {
     if (mMain) mMain->Destroy();
     mWindow->mTop = nullptr;
     mWindow->mMouse.reset();
-    const std::string skin = std::string("<Skin>") + Part("Box", "main", kFill, children) + "</Skin>";
+    const std::string skin =
+        std::string("<Skin>") + Part("Box", "main", kFill, children) + others + "</Skin>";
     ASSERT_EQ(Load(SkinDocument(skin)), kSuccess) << mLog.Text();
     mApplication = nullptr;  // One at a time.
     mApplication = MakeRC<ClockApplication>(mFactory);
     RegisterMore();
     mFactory->RegisterControlCreateFunction(u"Box", MakeControl<ProbeControl>);
-    mFactory->RegisterControlCreateFunction(u"Button", MakeControl<Solid<LButton>>);
+    mFactory->RegisterControlCreateFunction(u"Button", MakeControl<Touchable<LButton>>);
     mFactory->RegisterControlCreateFunction(u"Channel", MakeControl<TestChannel>);
-    mFactory->RegisterControlCreateFunction(u"Bar", MakeControl<Solid<OpenBar>>);
-    mFactory->RegisterControlCreateFunction(u"View", MakeControl<Solid<LScrollView>>);
-    mFactory->RegisterControlCreateFunction(u"Panel", MakeControl<Solid<LPanel>>);
+    mFactory->RegisterControlCreateFunction(u"Bar", MakeControl<Touchable<OpenBar>>);
+    mFactory->RegisterControlCreateFunction(u"View", MakeControl<Touchable<LScrollView>>);
+    mFactory->RegisterControlCreateFunction(u"Panel", MakeControl<Touchable<LPanel>>);
     mMain = mFactory->CreateControl(u"main", RCPtr<LRootWindow>(mWindow));
     ASSERT_TRUE(mMain);
     mMain->Relayout();

@@ -8,18 +8,17 @@
 #include "TFFramework/Controls/Label.h"
 #include "TFFramework/Renderer/Renderer.h"
 #include "Tests/TFFramework/ControlBase/LookParts.h"
-#include "Tests/TFFramework/ControlBase/ProbeControl.h"
+#include "Tests/TFFramework/Controls/BarSkin.h"
 
 namespace TF {
 namespace {
 
-class TestButton : public LButton {
+class TestButton : public Touchable<LButton> {
  public:
-  using LButton::LButton;
   using LButton::mDragThreshold;
   using LButton::mIdleRefCount;
+  using Touchable::Touchable;
 
-  bool IsTransparentAt(const PointT<double>&) override { return false; }
   std::int32_t Look() const {
     for (std::int32_t slot = 0; slot < GetLookCount(); ++slot)
       if (GetLookAlpha(slot) > 0) return slot;
@@ -27,70 +26,41 @@ class TestButton : public LButton {
   }
 };
 
-// Writes down what buttons send.
-class ButtonEar : public virtual LNotificationClient {
- public:
-  std::vector<std::string> mHeard;
-  std::function<void()> mAct;
-
-  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                      const RCPtr<LNotification>& notification) override {
-    const std::string id = ToUtf8(notification->GetId());
-    mHeard.push_back(ToUtf8(RCPtr<LControl>(sender)->GetName()) +
-                     (id == "NID_LEFT_CLICK" ? " click" : " repeat"));
-    if (mAct) mAct();
-  }
-};
-
 // Buttons of 40 by 20 pixels beside each other; between them nothing.
-class ButtonTest : public ProbeFixture {
+class ButtonTest : public BarFixture {
  protected:
   using Heard = std::vector<std::string>;
 
+  void RegisterMore() override {
+    mFactory->RegisterControlCreateFunction(u"TestButton", MakeControl<TestButton>);
+  }
   static std::string Button(const std::string& name, int x, const std::string& parameters = "") {
-    const std::string list =
-        parameters.empty() ? "" : "<CreateParamList Name='" + name + "'>" + parameters + "</CreateParamList>";
-    return "<SubControl Class='Button' Name='" + name + "' TabStop='0' " + Place(x, 0, 40, 20) +
-           "><Skin Name='" + name + "'/>" + list + "</SubControl>";
+    return Part("TestButton", name, Place(x, 0, 40, 20) + "TabStop='0' ", "", parameters);
   }
   static std::string Parameter(const std::string& id, const std::string& value) {
     return "<CreateParam ID='" + id + "'>" + value + "</CreateParam>";
   }
   void MakeButtons(const std::string& buttons) {
-    if (mMain) mMain->Destroy();
-    ASSERT_EQ(Load(SkinDocument(std::string("<Skin><SubControl Class='Box' Name='main'") + kFill + "><Skin>" +
-                                buttons + "</Skin></SubControl></Skin>")),
-              kSuccess)
-        << mLog.Text();
-    mApplication = nullptr;
-    mApplication = MakeRC<ClockApplication>(mFactory);
-    mFactory->RegisterControlCreateFunction(u"Box", MakeControl<ProbeControl>);
-    mFactory->RegisterControlCreateFunction(u"Button", MakeControl<TestButton>);
-    mMain = mFactory->CreateControl(u"main", RCPtr<LRootWindow>(mWindow));
-    ASSERT_TRUE(mMain);
-    mMain->Relayout();
-    mWindow->mTop = mMain;
+    MakeControls(buttons);
     for (std::int32_t index = 0; index < mMain->GetChildCount(); ++index) {
-      const RCPtr<LControl> button = mMain->GetChild(index);
+      const RCPtr<TestButton> button(mMain->GetChild(index));
       button->SetLookCount(14);
-      for (const char16_t* name : {u"NID_LEFT_CLICK", u"NID_BUTTON_AUTOREPEAT"})
-        mButtonEar->Register(RCPtr<LNotificationDistributor>(button), name);
-      RCPtr<TestButton>(button)->UpdateLook();
+      button->UpdateLook();
+      Listen(button, {u"NID_LEFT_CLICK", u"NID_BUTTON_AUTOREPEAT"});
     }
   }
-  void TearDown() override {
-    mButtonEar->UnregisterAll();
-    ProbeFixture::TearDown();
-  }
   RCPtr<TestButton> At(const char16_t* name) const { return mMain->FindChild(name); }
-  Heard TakeHeard() { return std::exchange(mButtonEar->mHeard, {}); }
+  // What buttons have sent.
+  static Heard TakeHeard() {
+    Heard heard = TakeLog();
+    std::erase_if(heard, [](const std::string& event) { return event.find(" NID_") == std::string::npos; });
+    return heard;
+  }
   void Pass(double seconds) {
     Wait(seconds);
     mWindow->Idle();
   }
   void Return() { mWindow->Key(0x200D0000); }
-
-  const RCPtr<ButtonEar> mButtonEar = MakeRC<ButtonEar>();
 };
 
 TEST_F(ButtonTest, ItsStateChoosesOneOfFourteenLooks) {
@@ -190,18 +160,18 @@ TEST_F(ButtonTest, ReturnShowsAPressAndClicksBehindIt) {
   Pass(0.14);
   EXPECT_EQ(TakeHeard(), Heard());
   Pass(0.011);
-  EXPECT_EQ(TakeHeard(), Heard{"a click"});
+  EXPECT_EQ(TakeHeard(), Heard{"a NID_LEFT_CLICK"});
   EXPECT_EQ(a->Look(), 4);
   EXPECT_EQ(a->mIdleRefCount, 0);
   // A second one clicks at once for the first.
   Return();
   Pass(0.1);
   Return();
-  EXPECT_EQ(TakeHeard(), Heard{"a click"});
+  EXPECT_EQ(TakeHeard(), Heard{"a NID_LEFT_CLICK"});
   Pass(0.1);
   EXPECT_EQ(TakeHeard(), Heard());
   Pass(0.06);
-  EXPECT_EQ(TakeHeard(), Heard{"a click"});
+  EXPECT_EQ(TakeHeard(), Heard{"a NID_LEFT_CLICK"});
 }
 
 TEST_F(ButtonTest, WhatIsDisabledMeanwhileIsNotClicked) {
@@ -225,7 +195,7 @@ TEST_F(ButtonTest, ItMayGoOrBePressedAgainInsideItsOwnClick) {
     a->mAutoRepeat = true;
     a->SetFocus(true);
     int acts = 0;
-    mButtonEar->mAct = [&] {
+    mEar->mAct = [&] {
       if (++acts > 3) return;
       if (act == "go") a->Destroy();
       if (act == "again") a->SimulateClick();
@@ -240,10 +210,10 @@ TEST_F(ButtonTest, ItMayGoOrBePressedAgainInsideItsOwnClick) {
     };
     guarded([this] { Return(); });
     for (int pass = 0; pass < 9; ++pass) guarded([this] { Pass(0.2); });
-    mButtonEar->mAct = nullptr;
+    mEar->mAct = nullptr;
     EXPECT_EQ(a->mIdleRefCount, 0) << act;
     EXPECT_GT(acts, 0);
-    mButtonEar->mHeard.clear();
+    TakeLog();
   }
 }
 

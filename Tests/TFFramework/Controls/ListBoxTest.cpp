@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "TFFramework/Controls/CheckedListBox.h"
-#include "Tests/TFFramework/ControlBase/ProbeControl.h"
+#include "Tests/TFFramework/Controls/BarSkin.h"
 
 namespace TF {
 namespace {
@@ -22,57 +22,23 @@ class TestList : public LCheckedListBox {
   bool IsItemSelectable(std::int32_t index) override { return GetItemText(index).Find(u"-") != 0; }
 };
 
-class TestRow : public LCheckedListBoxItem {
- public:
-  using LCheckedListBoxItem::LCheckedListBoxItem;
-  bool IsTransparentAt(const PointT<double>&) override { return false; }
-};
-
-// Hears the notifications of lists.
-class ListEar : public virtual LNotificationClient {
- public:
-  std::vector<std::string> mHeard;
-  std::function<void()> mAct;
-
-  void OnNotification(const RCPtr<LNotificationDistributor>&,
-                      const RCPtr<LNotification>& notification) override {
-    mHeard.push_back(ToUtf8(notification->GetId()));
-    if (mAct) mAct();
-  }
-};
-
 // A list of 100 by 95 pixels with rows of 20, of which it shows four whole ones and a part of the fifth.
-class ListBoxTest : public ProbeFixture {
+class ListBoxTest : public BarFixture {
  protected:
-  void MakeList(const std::string& texts, const std::string& attributes = "") {
-    ASSERT_EQ(Load(SkinDocument(
-                  std::string("<Skin><SubControl Class='Box' Name='main'") + kFill +
-                  "><Skin><SubControl Class='List' Name='list' XSizeAbs='100' YSizeAbs='95' " + attributes +
-                  "><Skin><SubControl Class='Row' Name='templateItem' XSizeToControl='Client' XSizeRel='1' "
-                  "XSizeAbs='0' YSizeAbs='20'/></Skin></SubControl></Skin></SubControl></Skin>")),
-              kSuccess)
-        << mLog.Text();
-    Start();
+  void RegisterMore() override {
+    mFactory->RegisterControlCreateFunction(u"List", MakeControl<TestList>);
+    mFactory->RegisterControlCreateFunction(u"Row", MakeControl<Touchable<LCheckedListBoxItem>>);
+  }
+  void MakeList(const std::string& texts) {
+    MakeControls(Part("List", "list", Place(0, 0, 100, 95),
+                      Part("Row", "templateItem", FillAxis('X') + SizeOnAxis('Y', 20))));
+    mList = Find<TestList>(u"list");
+    ASSERT_TRUE(mList);
     SetTexts(texts);
   }
-  void Start() {
-    mApplication = nullptr;
-    mApplication = MakeRC<ClockApplication>(mFactory);
-    mFactory->RegisterControlCreateFunction(u"Box", MakeControl<ProbeControl>);
-    mFactory->RegisterControlCreateFunction(u"List", MakeControl<TestList>);
-    mFactory->RegisterControlCreateFunction(u"Row", MakeControl<TestRow>);
-    mMain = mFactory->CreateControl(u"main", RCPtr<LRootWindow>(mWindow));
-    ASSERT_TRUE(mMain);
-    mMain->Relayout();
-    mWindow->mTop = mMain;
-    mList = mMain->FindChild(u"list");
-    ASSERT_TRUE(mList);
-    Forget();
-  }
   void TearDown() override {
-    mListEar->UnregisterAll();
     mList = nullptr;
-    ProbeFixture::TearDown();
+    BarFixture::TearDown();
   }
   // One record for each letter.
   void SetTexts(const std::string& texts) {
@@ -126,14 +92,11 @@ class ListBoxTest : public ProbeFixture {
     return mList->OnKeyDown(MakeRC<LKeyParam>(key));
   }
 
-  void Hear(std::initializer_list<const char16_t*> names) {
-    for (const char16_t* name : names) mListEar->Register(RCPtr<LNotificationDistributor>(mList), name);
-  }
-  std::int32_t TakeHeard(const std::string& name) {
-    return static_cast<std::int32_t>(std::erase(mListEar->mHeard, name));
+  // How often the list has sent it since this was asked last.
+  static std::int32_t TakeHeard(const std::string& name) {
+    return static_cast<std::int32_t>(std::erase(ProbeControl::gLog, "list " + name));
   }
 
-  const RCPtr<ListEar> mListEar = MakeRC<ListEar>();
   RCPtr<TestList> mList;
 };
 
@@ -226,7 +189,7 @@ TEST_F(ListBoxTest, HalfAValueCountsAsSelected) {
 TEST_F(ListBoxTest, PressesSelectAsTheirModifiersSay) {
   MakeList("abcde");
   SetHeight(120);
-  Hear({u"NID_SELECTION_CHANGE", u"NID_ITEM_DOUBLE_CLICKED", u"NID_ITEM_RIGHT_CLICK"});
+  Listen(mList, {u"NID_SELECTION_CHANGE", u"NID_ITEM_DOUBLE_CLICKED", u"NID_ITEM_RIGHT_CLICK"});
   Press(1);
   LetGo(1);
   Press(1, 0, kLeft, true);
@@ -297,7 +260,7 @@ TEST_F(ListBoxTest, KeysMoveTheSelectionOverWhatCanBeChosen) {
 
 TEST_F(ListBoxTest, ActivatingTellsWithAParentOnly) {
   MakeList("a-");
-  Hear({u"NID_ITEM_ACTIVATED"});
+  Listen(mList, {u"NID_ITEM_ACTIVATED"});
   for (const std::int32_t index : {0, 1, 2, -1}) mList->Activate(index);
   EXPECT_EQ(TakeHeard("NID_ITEM_ACTIVATED"), 1);
 }
@@ -332,7 +295,7 @@ TEST_F(ListBoxTest, SortsByTextWhateverItsCaseAndKeepsEqualOnesInOrder) {
 TEST_F(ListBoxTest, TheMouseSelectsWhereItHovers) {
   MakeList("ab-");
   mList->SetSelectOnHover(true);
-  Hear({u"NID_SELECTION_CHANGE", u"NID_ITEM_HOVER_CONDITION_CHANGE"});
+  Listen(mList, {u"NID_SELECTION_CHANGE", u"NID_ITEM_HOVER_CONDITION_CHANGE"});
   mWindow->Move(10, 30);
   EXPECT_EQ(Selected(), "1 [1,1]");
   mWindow->Move(10, 50);
@@ -345,8 +308,8 @@ TEST_F(ListBoxTest, AListMayBeEmptiedInsideItsOwnNotification) {
   for (const std::string act : {"empty", "destroy", "throw"}) {
     MakeList("abcdef");
     mList->SetMultiSelect(true);
-    Hear({u"NID_SELECTION_CHANGE"});
-    mListEar->mAct = [&] {
+    Listen(mList, {u"NID_SELECTION_CHANGE"});
+    mEar->mAct = [&] {
       if (act == "empty") mList->RemoveAllItems();
       if (act == "destroy") mMain->Destroy();
       if (act == "throw") throw std::runtime_error(act);
@@ -360,9 +323,9 @@ TEST_F(ListBoxTest, AListMayBeEmptiedInsideItsOwnNotification) {
         EXPECT_EQ(act, "throw");
       }
     }
-    mListEar->mAct = nullptr;
+    mEar->mAct = nullptr;
     EXPECT_LE(mList->GetSelectedCount(), mList->GetItemCount());
-    mListEar->UnregisterAll();
+    mEar->UnregisterAll();
     mMain->Destroy();
   }
 }

@@ -5,25 +5,20 @@
 #include <vector>
 
 #include "TFFramework/Controls/ComboMenu.h"
-#include "Tests/TFFramework/ControlBase/ProbeControl.h"
+#include "Tests/TFFramework/Controls/BarSkin.h"
 
 namespace TF {
 namespace {
 
-class TestPopup : public LPopupMenu {
+class TestPopup : public Touchable<LPopupMenu> {
  public:
-  using LPopupMenu::LPopupMenu;
   using LPopupMenu::mIdleRefCount;
   using LPopupMenu::mRows;
   using LPopupMenu::SwapItems;
-  bool IsTransparentAt(const PointT<double>&) override { return false; }
+  using Touchable::Touchable;
 };
 
-class TestCombo : public LComboMenu {
- public:
-  using LComboMenu::LComboMenu;
-  bool IsTransparentAt(const PointT<double>&) override { return false; }
-};
+using TestCombo = Touchable<LComboMenu>;
 
 // Hears what menus report.
 class Owner : public ProbeControl {
@@ -39,39 +34,30 @@ class Owner : public ProbeControl {
 };
 
 // Menus of 100 pixels with rows of 20 in a window of 400 by 300.
-class PopupMenuTest : public ProbeFixture {
+class PopupMenuTest : public BarFixture {
  protected:
   static constexpr int kRow = 20;
 
-  void SetUp() override {
-    const std::string rows =
-        "<Skin><SubControl Class='Item' Name='templateItem' XSizeToControl='Client' XSizeRel='1' "
-        "XSizeAbs='0' YSizeAbs='20'/></Skin></SubControl>";
-    const std::string popup = " ClipToParent='False' Z_Order='1000' TabStop='0' XSizeAbs='100' YSizeAbs='20'";
-    const auto combo = [&](const std::string& name, int x) {
-      return "<SubControl Class='Combo' Name='" + name + "' TabStop='0' " + Place(x, 0, 50, 24) +
-             "><Skin><SubControl Class='Popup' Name='popupMenu' YPositionToControl='Parent' "
-             "YPositionRel='1'" +
-             popup + ">" + rows + "</Skin></SubControl>";
-    };
-    const std::string skin = std::string("<Skin><SubControl Class='Box' Name='main'") + kFill + "><Skin>" +
-                             Box("owner", Place(0, 50, 400, 250) + "TabStop='0'") + combo("file", 0) +
-                             combo("edit", 50) + combo("far", 350) +
-                             "</Skin></SubControl><SubControl Class='Popup' Name='contextMenu'" + popup +
-                             ">" + rows + "</Skin>";
-    ASSERT_EQ(Load(SkinDocument(skin)), kSuccess) << mLog.Text();
-    mApplication = nullptr;
-    mApplication = MakeRC<ClockApplication>(mFactory);
-    mFactory->RegisterControlCreateFunction(u"Box", MakeControl<Owner>);
+  void RegisterMore() override {
+    mFactory->RegisterControlCreateFunction(u"Owner", MakeControl<Owner>);
     mFactory->RegisterControlCreateFunction(u"Popup", MakeControl<TestPopup>);
     mFactory->RegisterControlCreateFunction(u"Combo", MakeControl<TestCombo>);
     mFactory->RegisterControlCreateFunction(u"Item", MakeControl<LMenuListBoxItem>);
+  }
+  void SetUp() override {
+    const auto popup = [](const std::string& name, const std::string& place) {
+      return Part("Popup", name,
+                  place + " ClipToParent='False' Z_Order='1000' TabStop='0' XSizeAbs='100' YSizeAbs='20'",
+                  Part("Item", "templateItem", FillAxis('X') + SizeOnAxis('Y', kRow)));
+    };
+    const auto combo = [&](const std::string& name, int x) {
+      return Part("Combo", name, Place(x, 0, 50, 24) + "TabStop='0'",
+                  popup("popupMenu", "YPositionToControl='Parent' YPositionRel='1'"));
+    };
     mWindow->ProcessSize({400, 300});
-    mMain = mFactory->CreateControl(u"main", RCPtr<LRootWindow>(mWindow));
-    ASSERT_TRUE(mMain);
-    mMain->Relayout();
-    mWindow->mTop = mMain;
-    Forget();
+    MakeControls(Part("Owner", "owner", Place(0, 50, 400, 250) + "TabStop='0'") + combo("file", 0) +
+                     combo("edit", 50) + combo("far", 350),
+                 popup("contextMenu", ""));
   }
   // Items by their letters: a capital leads on to "x" and "y", '-' is a separator, '!' disables the next one.
   static RCPtr<LMenuDescriptor> MakeMenu(const std::string& letters) {

@@ -15,9 +15,9 @@ constexpr const char16_t* kExtentChange = u"NID_CLIENT_EXTENT_CHANGE";
 constexpr int kThickness = 10;
 
 // Writes down what it is told, and lets a test act then.
-class TellingView : public Solid<LScrollView> {
+class TellingView : public Touchable<LScrollView> {
  public:
-  TellingView(const RCPtr<LControl>& parent, const String& name) : Solid<LScrollView>(parent, name) {}
+  TellingView(const RCPtr<LControl>& parent, const String& name) : Touchable<LScrollView>(parent, name) {}
   using LScrollView::IsBarShown;
   using LScrollView::mAutoClientExtent;
   using LScrollView::mBarThickness;

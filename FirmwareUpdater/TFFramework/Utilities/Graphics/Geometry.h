@@ -56,6 +56,13 @@ bool IsEmpty(const RectT<T>& rect) {
   return !(rect.mWidth > kEmptySide<T> && rect.mHeight > kEmptySide<T>);
 }
 
+// Near edges belong to a rectangle, far ones do not.
+template <class T>
+bool Contains(const RectT<T>& rect, const PointT<T>& point) {
+  return point.mX >= rect.mX && point.mX < rect.GetRight() && point.mY >= rect.mY &&
+         point.mY < rect.GetBottom();
+}
+
 // The part that both have. Where they do not overlap, a rectangle of width and height 0.
 template <class T>
 RectT<T> Intersect(const RectT<T>& a, const RectT<T>& b) {

@@ -5,6 +5,7 @@
 #include "TFFramework/Application/FrameworkApp.h"
 #include "TFFramework/Application/MessageLabels.h"
 #include "TFFramework/ControlBase/Control.h"
+#include "TFFramework/ControlBase/StatusDisplay.h"
 #include "TFFramework/Renderer/Renderer.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
@@ -44,6 +45,21 @@ Platform::MessageIcon IconOf(std::uint32_t flags) {
     default:
       return Platform::MessageIcon::kNone;
   }
+}
+
+RCPtr<LControl> FindStatusBar(const LFrameworkApp::RootWindowArray& windows) {
+  const RCPtr<LRootWindow> window = windows.GetCount() > 0 ? windows[0] : RCPtr<LRootWindow>();
+  const RCPtr<LControl> top = window ? window->GetTopControl() : RCPtr<LControl>();
+  return top ? top->FindChild(IStatusDisplay::kName) : nullptr;
+}
+
+TFRESULT ShowStatus(IStatusDisplay* display, const String& text, bool immediately) {
+  if (!display) return kFailure;
+  if (immediately)
+    display->SetTextNow(text);
+  else
+    display->PostText(text);
+  return kSuccess;
 }
 
 }  // namespace
@@ -161,12 +177,15 @@ std::optional<IconPicture> LFrameworkApp::GetIcon() {
   return LoadIconResource(LIconGroup::Kind::kIcon, kIconName, kIconSide);
 }
 
-TFRESULT LFrameworkApp::SetStatusText(const String&, bool) {
-  return kFailure;
+TFRESULT LFrameworkApp::SetStatusText(const String& text, bool immediately) {
+  const RCPtr<LControl> held = FindStatusBar(*mRootWindows);
+  return ShowStatus(dynamic_cast<IStatusDisplay*>(held.Get()), text, immediately);
 }
 
-TFRESULT LFrameworkApp::RestoreStatusText(bool) {
-  return kFailure;
+TFRESULT LFrameworkApp::RestoreStatusText(bool immediately) {
+  const RCPtr<LControl> held = FindStatusBar(*mRootWindows);
+  IStatusDisplay* const display = dynamic_cast<IStatusDisplay*>(held.Get());
+  return ShowStatus(display, display ? display->GetDefaultText() : String(), immediately);
 }
 
 }  // namespace TF

@@ -9,6 +9,7 @@
 #include "TFFramework/Application/FrameworkApp.h"
 #include "TFFramework/Application/Version.h"
 #include "TFFramework/ControlBase/GlobalHotKeyManager.h"
+#include "TFFramework/Controls/FrameworkControls.h"
 #include "TFFramework/Notification/Notification.h"
 #include "TFFramework/System/MainWindow.h"
 #include "TFFramework/System/MessageLoop.h"
@@ -31,7 +32,8 @@ class LApplicationBase : public LFrameworkApp {
   // Asks for fine sleeps, which stay until Shutdown.
   TFRESULT Initialize() override {
     Platform::SetTimerResolution(true);
-    if (Failed(RunApplicationStartup())) return kFailure;
+    if (Failed(RunApplicationStartup()) || Failed(RegisterFrameworkControls(*GetControlFactory())))
+      return kFailure;
     Register(GetApplicationCenter(), kAppExitRequest, 0);
     return kSuccess;
   }

@@ -547,6 +547,27 @@ TEST_F(WindowTest, CursorsOfSkinsAreShownAndThoseWithoutOneAreTheArrow) {
   EXPECT_EQ(mSystem.mCursors.back(), 100U);
 }
 
+TEST_F(WindowTest, TextsGoToTheStatusBarOfTheFirstWindow) {
+  EXPECT_EQ(mApplication->SetStatusText(u"nowhere", true), kFailure);
+  EXPECT_EQ(mApplication->RestoreStatusText(false), kFailure);
+  MakeWindow("XSizeAbs='400' YSizeAbs='300'",
+             "<SubControl Class='Framework.StatusBar' Name='statusBar' XSizeAbs='400' YSizeAbs='20'><Skin>"
+             "<SubControl Class='Framework.Label' Name='label1' XSizeAbs='400' /></Skin></SubControl>");
+  const RCPtr<LControl> label = Child(u"statusBar")->FindChild(u"label1");
+  EXPECT_EQ(mApplication->SetStatusText(u"later", false), kSuccess);
+  EXPECT_EQ(label->GetText(), u"");
+  mApplication->ProcessNotifications(true);
+  EXPECT_EQ(label->GetText(), u"later");
+  EXPECT_TRUE(Window().mPresented.empty());
+  {
+    const LWaitCursor wait(u"Busy");
+    EXPECT_EQ(label->GetText(), u"Busy");
+    EXPECT_FALSE(Window().mPresented.empty());
+  }
+  mApplication->ProcessNotifications(true);
+  EXPECT_EQ(label->GetText(), u"");
+}
+
 TEST_F(WindowTest, FaultsInTheLoopAreShownAndTheLoopGoesOnUntilTheProgramMayEnd) {
   mApplication->mExitAllowed = false;
   mSystem.mInput.push_back([] { throw std::runtime_error("in a handler"); });

@@ -2,6 +2,7 @@
 
 #include <iostream>
 
+#include "TFFramework/Controls/FrameworkControls.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
 using namespace TF;
@@ -12,7 +13,8 @@ LApplication::LApplication(const RCPtr<LControlFactory>& controlFactory, const S
 LApplication::~LApplication() = default;
 
 TFRESULT LApplication::Initialize() {
-  const TFRESULT result = LApplicationBase<LApplication>::Initialize();
+  TFRESULT result = LApplicationBase<LApplication>::Initialize();
+  if (!Failed(result)) result = RegisterFrameworkControls(*GetControlFactory());
   if (Failed(result)) return result;
   {
     auto processor = MakeRC<LUpdateProcessor>();

@@ -283,6 +283,8 @@ class LControl : public virtual LNotificationClient,
   // kFailure when no control can have it.
   virtual TFRESULT SetFocus(bool forward);
   virtual void SetNotFocusable(bool notFocusable);
+  // A focus root may have the focus below a control that may not.
+  void SetFocusRoot(bool focusRoot) { mFocusRoot = focusRoot; }
   virtual bool HasFocusableChild();
   bool CanTakeFocus();
   bool HasFocus() const { return mHasFocus; }
@@ -324,6 +326,8 @@ class LControl : public virtual LNotificationClient,
   virtual void OnRightClicked(const RCPtr<LMouseButtonParam>& param);
   virtual void ShowToolTip(bool show);
   virtual RCPtr<LMenuDescriptor> GetContextMenu() { return mContextMenu; }
+  // Those of its texts, by their numbers; null for a number without a menu.
+  std::vector<RCPtr<LMenuDescriptor>> GetContextMenus() const;
   // Asks this control how items of menus are to be shown.
   const RCPtr<LMenuItemUpdater>& GetMenuItemUpdater();
   virtual void OnContextMenuOpening(const RCPtr<LControl>& popup);

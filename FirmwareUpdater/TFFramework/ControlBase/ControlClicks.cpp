@@ -1,6 +1,7 @@
 #include "TFFramework/Application/FrameworkApp.h"
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
+#include "TFFramework/ControlBase/MenuBuilder.h"
 #include "TFFramework/ControlBase/PopupControls.h"
 
 namespace TF {
@@ -65,6 +66,10 @@ void LControl::ShowContextMenu() {
   if (opener) opener->SetMenu(menu);
   OnContextMenuOpening(popup);
   if (opener && !mDestroyed) opener->ShowAtPointer();
+}
+
+std::vector<RCPtr<LMenuDescriptor>> LControl::GetContextMenus() const {
+  return mStringSection ? ReadContextMenus(*mStringSection) : std::vector<RCPtr<LMenuDescriptor>>();
 }
 
 const RCPtr<LMenuItemUpdater>& LControl::GetMenuItemUpdater() {

@@ -11,10 +11,13 @@ namespace {
 
 constexpr std::u16string_view kContextMenu = u"CONTEXT_MENU";
 constexpr std::u16string_view kOneMenu = u"CONTEXT_MENU.";
+constexpr std::u16string_view kMenuLabel = u"MENU_LABEL.";
 // A control with more menus is a mistake.
 constexpr std::int32_t kMostMenus = 1000;
 // Submenus below one another.
 constexpr int kDeepest = 64;
+// Items of one menu with all its submenus, which may name the same ones again and again.
+constexpr int kMostItems = 10000;
 
 struct Entry {
   String mIdentifier;  // With a final point it names a list.
@@ -72,6 +75,7 @@ class Builder {
 
  private:
   void AddTo(LMenuDescriptor& menu, const Entry& entry) {
+    if (++mItems > kMostItems) return;
     const std::u16string_view text = entry.mText.View();
     const std::size_t bar = text.find(u'|');
     const String label(text.substr(0, bar));
@@ -99,6 +103,7 @@ class Builder {
 
   const Lists& mLists;
   std::set<String> mOpen;
+  int mItems = 0;
 };
 
 }  // namespace
@@ -119,6 +124,20 @@ RCPtr<LMenuDescriptor> ReadContextMenu(const LStringTable& section) {
       texts.emplace_back(String(key.substr(kOneMenu.size())), text);
   }
   return CreateMenu(texts);
+}
+
+std::vector<String> ReadMenuLabels(const LStringTable& section) {
+  std::vector<String> labels;
+  for (const auto& [identifier, text] : section.GetStrings()) {
+    const std::u16string_view key = identifier.View();
+    if (key.substr(0, kMenuLabel.size()) != kMenuLabel) continue;
+    const std::int32_t index = ParseNumber(key.substr(kMenuLabel.size()));
+    if (index >= kMostMenus) continue;
+    const auto place = static_cast<std::size_t>(index);
+    labels.resize(std::max(labels.size(), place + 1));
+    labels[place] = text;
+  }
+  return labels;
 }
 
 std::vector<RCPtr<LMenuDescriptor>> ReadContextMenus(const LStringTable& section) {

@@ -27,10 +27,11 @@ TFRESULT LDropDownControl::SetFocus(bool forward) {
   return result;
 }
 
+// The popup goes without the focus: hidden with it, it would hand it to this control, away from who takes it.
 void LDropDownControl::LoseFocus() {
   const RCPtr<LControl> held(this);
-  if (IsPopupShown()) ShowPopup(false);
   LControl::LoseFocus();
+  if (!mDestroyed && IsPopupShown()) ShowPopup(false);
 }
 
 void LDropDownControl::OnConditionChange(const RCPtr<LConditionsParam>& conditions) {

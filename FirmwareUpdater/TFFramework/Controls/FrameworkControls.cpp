@@ -5,6 +5,7 @@
 #include "TFFramework/Controls/CheckedListBox.h"
 #include "TFFramework/Controls/ComboMenu.h"
 #include "TFFramework/Controls/Label.h"
+#include "TFFramework/Controls/MainMenu.h"
 #include "TFFramework/Controls/Panel.h"
 #include "TFFramework/Controls/PopupMenu.h"
 #include "TFFramework/Controls/ProgressBar.h"
@@ -57,6 +58,7 @@ constexpr ControlClass kClasses[] = {
     {u"Framework.PopupMenu", MakeControl<LPopupMenu>},
     {u"Framework.MenuItem", MakeControl<LMenuListBoxItem>},
     {u"Framework.ComboMenu", MakeControl<LComboMenu>},
+    {u"Framework.MainMenu", MakeControl<LMainMenu>},
     {u"Framework.FileDropper", RefuseControl},
     {u"Framework.StatusBar", MakeControl<LStatusBar>},
     {u"Framework.SplitterH", RefuseControl},

@@ -45,6 +45,8 @@ void LListBoxItem::SetSeparator(bool separator) {
   mSeparator = separator;
   if (separator) SetText(String());
   UpdateLook();
+  // The look of a separator may leave the text out, and the frame goes by that.
+  Relayout();
 }
 
 std::int32_t LListBoxItem::GetItemLook() const {

@@ -9,7 +9,6 @@
 #include "TFFramework/Application/FrameworkApp.h"
 #include "TFFramework/Application/Version.h"
 #include "TFFramework/ControlBase/GlobalHotKeyManager.h"
-#include "TFFramework/Controls/FrameworkControls.h"
 #include "TFFramework/Notification/Notification.h"
 #include "TFFramework/System/MainWindow.h"
 #include "TFFramework/System/MessageLoop.h"
@@ -32,8 +31,7 @@ class LApplicationBase : public LFrameworkApp {
   // Asks for fine sleeps, which stay until Shutdown.
   TFRESULT Initialize() override {
     Platform::SetTimerResolution(true);
-    if (Failed(RunApplicationStartup()) || Failed(RegisterFrameworkControls(*GetControlFactory())))
-      return kFailure;
+    if (Failed(RunApplicationStartup())) return kFailure;
     Register(GetApplicationCenter(), kAppExitRequest, 0);
     return kSuccess;
   }

@@ -1,3 +1,4 @@
+#include <functional>
 #include <string>
 
 #include "TFFramework/ControlBase/Control.h"
@@ -69,6 +70,23 @@ TEST(MenuBuilderTest, SubmenusEndSomewhere) {
   for (; menu; menu = RCPtr<LMenuDescriptor>(menu->GetItem(0))) ++depth;
   EXPECT_GT(depth, 50);
   EXPECT_LT(depth, 100);
+}
+
+// Each level names the next one twice: a handful of texts would make billions of items.
+TEST(MenuBuilderTest, SubmenusThatAreNamedAgainAndAgainFillNoMemory) {
+  MenuTexts texts{{u"00.l0.", u"x"}};
+  for (int level = 0; level < 40; ++level) {
+    const String name = FromUtf8("l" + std::to_string(level)),
+                 next = FromUtf8("l" + std::to_string(level + 1));
+    for (const char16_t* index : {u".00.", u".01."}) texts.emplace_back(name + index + next + u".", u"x");
+  }
+  texts.emplace_back(u"l40.00.A", u"a");
+  const std::function<int(const LMenuDescriptor&)> count = [&count](const LMenuDescriptor& menu) {
+    int items = menu.GetItemCount();
+    for (std::int32_t index = 0; index < menu.GetItemCount(); ++index) items += count(*menu.GetItem(index));
+    return items;
+  };
+  EXPECT_EQ(count(*CreateMenu(texts)), 10000);
 }
 
 TEST(MenuBuilderTest, AControlHasOneMenuOrSeveral) {

@@ -29,7 +29,7 @@ class StubWindow : public LRootWindow {
   void ShowNamedCursor(const String& name) override { mAsked.push_back("cursor " + ToUtf8(name)); }
   void ForgetControl(LControl& control) override {
     mAsked.push_back("forget " + ToUtf8(control.GetName()));
-    for (RCPtr<LControl>* field : {&mFocus, &mCapture, &mHover}) {
+    for (RCPtr<LControl>* field : {&mFocus, &mSavedFocus, &mCapture, &mHover}) {
       if (*field == &control) *field = nullptr;
     }
   }
@@ -56,7 +56,8 @@ class StubWindow : public LRootWindow {
   std::uint32_t GetMouseButtons() override { return mButtons; }
   RCPtr<LControl> GetFocusControl() override { return mFocus; }
   void SetFocusControl(const RCPtr<LControl>& control) override { mFocus = control; }
-  void ClearFocusControl() override { mFocus = nullptr; }
+  RCPtr<LControl> GetSavedFocusControl() override { return mSavedFocus; }
+  void ClearFocusControl() override { mSavedFocus = std::exchange(mFocus, nullptr); }
   TFRESULT SetCaptureControl(const RCPtr<LControl>& control) override {
     if (const RCPtr<LControl> before = mCapture) before->ReleaseMouse();
     mCapture = control;
@@ -108,7 +109,7 @@ class StubWindow : public LRootWindow {
 
   std::uintptr_t mCursor = 7;
   RCPtr<LControl> mTop;
-  RCPtr<LControl> mFocus;
+  RCPtr<LControl> mFocus, mSavedFocus;
   RCPtr<LControl> mCapture;
   RCPtr<LControl> mHover;
   std::optional<PointT<std::int32_t>> mMouse;

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "TFFramework/Controls/Button.h"
 #include "TFFramework/Controls/Panel.h"
@@ -142,6 +143,19 @@ class BarFixture : public ProbeFixture {
  protected:
   // Other classes than those here, which stand behind them.
   virtual void RegisterMore() {}
+
+  // For RegisterMore: the texts of a control, such as "Box|bar".
+  void LoadTexts(const std::string& section, const std::vector<std::pair<std::string, std::string>>& texts) {
+    std::string document = "<StringTable ID='" + section + "'>";
+    for (const auto& [key, text] : texts)
+      document += "<String ID='" + key + "'><Locale LCID='9'>" + text + "</Locale></String>";
+    document = SkinDocument(document + "</StringTable>");
+    const Resource resources[] = {
+        {u"TFXML", u"TEXTS", {reinterpret_cast<const unsigned char*>(document.data()), document.size()}}};
+    SetResources(resources);
+    EXPECT_EQ(mFactory->LoadStrings(u"::NONE", u"::TEXTS", 9), kSuccess);
+    SetResources({});
+  }
 
   // others: what stands in the skin beside the main control.
   void MakeControls(const std::string& children, const std::string& others = "") {

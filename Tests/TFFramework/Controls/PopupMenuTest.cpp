@@ -4,87 +4,20 @@
 #include <string>
 #include <vector>
 
-#include "TFFramework/Controls/ComboMenu.h"
-#include "Tests/TFFramework/Controls/BarSkin.h"
+#include "Tests/TFFramework/Controls/MenuSkin.h"
 
 namespace TF {
 namespace {
 
-class TestPopup : public Touchable<LPopupMenu> {
- public:
-  using LPopupMenu::mIdleRefCount;
-  using LPopupMenu::mRows;
-  using LPopupMenu::SwapItems;
-  using Touchable::Touchable;
-};
-
-using TestCombo = Touchable<LComboMenu>;
-
-// Hears what menus report.
-class Owner : public ProbeControl {
- public:
-  using ProbeControl::ProbeControl;
-
-  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                      const RCPtr<LNotification>& notification) override {
-    const RCPtr<LMenuActivationParam> chosen(notification->GetData());
-    if (chosen) Tell(ToUtf8(notification->GetId()) + " " + std::to_string(chosen->mIndex));
-    ProbeControl::OnNotification(sender, notification);
-  }
-};
-
 // Menus of 100 pixels with rows of 20 in a window of 400 by 300.
 class PopupMenuTest : public BarFixture {
  protected:
-  static constexpr int kRow = 20;
-
-  void RegisterMore() override {
-    mFactory->RegisterControlCreateFunction(u"Owner", MakeControl<Owner>);
-    mFactory->RegisterControlCreateFunction(u"Popup", MakeControl<TestPopup>);
-    mFactory->RegisterControlCreateFunction(u"Combo", MakeControl<TestCombo>);
-    mFactory->RegisterControlCreateFunction(u"Item", MakeControl<LMenuListBoxItem>);
-  }
+  void RegisterMore() override { RegisterMenuControls(*mFactory); }
   void SetUp() override {
-    const auto popup = [](const std::string& name, const std::string& place) {
-      return Part("Popup", name,
-                  place + " ClipToParent='False' Z_Order='1000' TabStop='0' XSizeAbs='100' YSizeAbs='20'",
-                  Part("Item", "templateItem", FillAxis('X') + SizeOnAxis('Y', kRow)));
-    };
-    const auto combo = [&](const std::string& name, int x) {
-      return Part("Combo", name, Place(x, 0, 50, 24) + "TabStop='0'",
-                  popup("popupMenu", "YPositionToControl='Parent' YPositionRel='1'"));
-    };
     mWindow->ProcessSize({400, 300});
-    MakeControls(Part("Owner", "owner", Place(0, 50, 400, 250) + "TabStop='0'") + combo("file", 0) +
-                     combo("edit", 50) + combo("far", 350),
-                 popup("contextMenu", ""));
-  }
-  // Items by their letters: a capital leads on to "x" and "y", '-' is a separator, '!' disables the next one.
-  static RCPtr<LMenuDescriptor> MakeMenu(const std::string& letters) {
-    auto menu = MakeRC<LMenuDescriptor>();
-    bool enabled = true;
-    for (const char letter : letters) {
-      if (letter == '!') {
-        enabled = false;
-        continue;
-      }
-      auto item = MakeRC<LMenuItemDescriptor>();
-      item->mText = FromUtf8(std::string(1, letter));
-      item->mIdentifier = FromUtf8(std::string("NID_") + letter);
-      item->mEnabled = enabled;
-      item->mSeparator = letter == '-';
-      if (letter >= 'A' && letter <= 'Z') {
-        for (const char* const sub : {"x", "y"}) {
-          auto below = MakeRC<LMenuItemDescriptor>();
-          below->mText = FromUtf8(sub);
-          below->mIdentifier = FromUtf8(std::string("NID_") + letter + sub);
-          item->AddItem(-1, below);
-        }
-      }
-      menu->AddItem(-1, item);
-      enabled = true;
-    }
-    return menu;
+    MakeControls(Part("Owner", "owner", Place(0, 50, 400, 250) + "TabStop='0'") + TestComboPart("file", 0) +
+                     TestComboPart("edit", 50) + TestComboPart("far", 350),
+                 TestPopupPart("contextMenu", ""));
   }
   RCPtr<LControl> Control(const char16_t* name) const { return mMain->FindChild(name); }
   RCPtr<TestPopup> Popup() const { return Control(u"owner")->FindChild(u"contextMenu"); }
@@ -92,7 +25,7 @@ class PopupMenuTest : public BarFixture {
   RCPtr<TestPopup> PopupOf(const char16_t* combo) const { return Control(combo)->FindChild(u"popupMenu"); }
   // A context menu at a point of the window.
   void Open(const std::string& letters, int x = 20, int y = 80) {
-    RCPtr<ProbeControl>(Control(u"owner"))->mContextMenu = MakeMenu(letters);
+    RCPtr<ProbeControl>(Control(u"owner"))->mContextMenu = MakeTestMenu(letters);
     mWindow->Click(x, y, kRight);
     ASSERT_TRUE(Popup());
     Forget();
@@ -128,7 +61,7 @@ constexpr std::uint32_t kUp = 0x26, kDown = 0x28, kLeftKey = 0x25, kRightKey = 0
 TEST_F(PopupMenuTest, TheSelectionFollowsTheMouseAndAClickChooses) {
   Open("ab-!cd");
   EXPECT_EQ(Popup()->GetWindowPosition(), (PointT<double>{20, 80}));
-  EXPECT_EQ(Popup()->GetBounds().mHeight, 5 * kRow);
+  EXPECT_EQ(Popup()->GetBounds().mHeight, 5 * kTestRow);
   for (const auto& [y, shown] : {std::pair(85, "abcd 0"), std::pair(105, "abcd 1"), std::pair(125, "abcd 1"),
                                  std::pair(145, "abcd 1"), std::pair(165, "abcd 4")}) {
     mWindow->Move(30, y);
@@ -262,12 +195,12 @@ TEST_F(PopupMenuTest, ItemsMayGoWhileThePopupIsOpen) {
   mWindow->Move(30, 105);
   PassDelay();
   ASSERT_TRUE(Sub());
-  Popup()->SetMenu(MakeMenu("z"));
+  Popup()->SetMenu(MakeTestMenu("z"));
   mWindow->Idle();
   EXPECT_EQ(Show(Popup()), "z -1");
-  EXPECT_EQ(Popup()->GetBounds().mHeight, kRow);
+  EXPECT_EQ(Popup()->GetBounds().mHeight, kTestRow);
   EXPECT_FALSE(Sub());
-  Popup()->SetMenu(MakeMenu(""));
+  Popup()->SetMenu(MakeTestMenu(""));
   mWindow->Move(31, 85);
   Key(kEnter);
   Key(kDown);
@@ -300,7 +233,7 @@ TEST_F(PopupMenuTest, TheOwnerMayGoWhileItIsTold) {
 }
 
 TEST_F(PopupMenuTest, AComboMenuOpensAndClosesByItsFace) {
-  PopupOf(u"file")->SetMenu(MakeMenu("ab"));
+  PopupOf(u"file")->SetMenu(MakeTestMenu("ab"));
   mWindow->Click(10, 10);
   EXPECT_EQ(Show(PopupOf(u"file")), "ab -1");
   EXPECT_EQ(PopupOf(u"file")->GetWindowPosition(), (PointT<double>{0, 24}));
@@ -317,7 +250,7 @@ TEST_F(PopupMenuTest, AComboMenuOpensAndClosesByItsFace) {
 }
 
 TEST_F(PopupMenuTest, PressDragAndReleaseChooseInOneGesture) {
-  PopupOf(u"file")->SetMenu(MakeMenu("ab"));
+  PopupOf(u"file")->SetMenu(MakeTestMenu("ab"));
   PopupOf(u"file")->SetReceiver(RCPtr<LNotificationReceiver>(Control(u"owner")));
   mWindow->Move(10, 10);
   mWindow->Press();
@@ -330,7 +263,7 @@ TEST_F(PopupMenuTest, PressDragAndReleaseChooseInOneGesture) {
 }
 
 TEST_F(PopupMenuTest, TheMouseWalksThroughAnOpenBar) {
-  for (const char16_t* name : {u"file", u"edit", u"far"}) PopupOf(name)->SetMenu(MakeMenu("ab"));
+  for (const char16_t* name : {u"file", u"edit", u"far"}) PopupOf(name)->SetMenu(MakeTestMenu("ab"));
   mWindow->Move(60, 10);
   EXPECT_EQ(Show(PopupOf(u"edit")), "closed");
   mWindow->Click(10, 10);

@@ -24,14 +24,7 @@ class StatusBarTest : public BarFixture {
   void RegisterMore() override {
     mFactory->RegisterControlCreateFunction(u"Status", MakeControl<LStatusBar>);
     mFactory->RegisterControlCreateFunction(u"Label", MakeControl<CountingLabel>);
-    static constexpr std::string_view kTexts =
-        "<R><Application Name='App'><StringTable ID='Box|bar'><String ID='LABEL'>"
-        "<Locale LCID='9'>Ready</Locale></String></StringTable></Application></R>";
-    const Resource resources[] = {
-        {u"TFXML", u"TEXTS", {reinterpret_cast<const unsigned char*>(kTexts.data()), kTexts.size()}}};
-    SetResources(resources);
-    EXPECT_EQ(mFactory->LoadStrings(u"::NONE", u"::TEXTS", 9), kSuccess);
-    SetResources({});
+    LoadTexts("Box|bar", {{"LABEL", "Ready"}});
   }
   void MakeBar(const std::string& label = "label1") {
     MakeControls(Part("Status", "bar", Place(0, 280, 400, 20), Part("Label", label, "XSizeAbs='400'")));

@@ -10,6 +10,7 @@
 
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/Dialog.h"
+#include "TFFramework/Controls/FrameworkControls.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tests/TFFramework/System/WindowApp.h"
@@ -119,6 +120,7 @@ class WindowFixture : public testing::Test {
     const auto factory = LoadSkins("<Skins><Skin Name='S'>" + controls + "</Skin></Skins>");
     ASSERT_TRUE(factory);
     factory->RegisterControlCreateFunction(u"Probe", MakeControl<WindowProbe>);
+    ASSERT_EQ(RegisterFrameworkControls(*factory), kSuccess);
     factory->RegisterControlCreateFunction(u"Dialog", MakeControl<LDialog>);
     mApplication = MakeRC<WindowApp>(factory, mSystem);
     ASSERT_EQ(mApplication->Initialize(), kSuccess);

@@ -23,8 +23,10 @@ using TestSupport::Shell;
 class GalleryTest : public testing::Test {
  protected:
   static constexpr std::uint32_t kChosen = 0x0A626C;  // The accent: the page that is shown.
-  static constexpr std::uint32_t kTint = 0xD5EAEC;
-  static constexpr int kTabDrag = 345, kTabFocus = 430, kTabY = 16;
+  static constexpr std::uint32_t kTint = 0xE0F0F1;
+  static constexpr int kTabDrag = 345, kTabFocus = 430, kTabButtons = 514, kTabY = 48;
+  static constexpr int kTabViews = 262, kTabLists = 346, kTabMenus = 430, kTabStatus = 514, kTabY2 = 80;
+  static constexpr std::uint32_t kTip = 0x22303A, kFill = 0x0E808D, kThumb = 0x6F828D, kChannel = 0xE9EEF1;
 
   void Start() {
     mRun = std::make_unique<ProgramRun>(Options());
@@ -71,27 +73,27 @@ class GalleryTest : public testing::Test {
 TEST_F(GalleryTest, PagesClicksKeysAndDragsDoWhatTheySay) {
   Start();
   EXPECT_EQ(mPlace.mWidth, 640);
-  EXPECT_EQ(mPlace.mHeight, 480);
+  EXPECT_EQ(mPlace.mHeight, 534);
   Click(kTabDrag, kTabY);
   ASSERT_TRUE(mRun->WaitForOutput("Drag page\n"));
-  EXPECT_TRUE(Shows(30, 75, kTint));  // The box that can be carried.
-  Mouse(To(60, 90) + "mousedown 1" + To(200, 160) + To(460, 250) + "mouseup 1");
+  EXPECT_TRUE(Shows(30, 129, kTint));  // The box that can be carried.
+  Mouse(To(60, 144) + "mousedown 1" + To(200, 214) + To(460, 304) + "mouseup 1");
   ASSERT_TRUE(mRun->WaitForOutput("carry: dropped on target\n"));
-  Mouse(To(60, 135) + "mousedown 1" + To(80, 150) + To(100, 175) + "mouseup 1");
+  Mouse(To(60, 189) + "mousedown 1" + To(80, 204) + To(100, 229) + "mouseup 1");
   ASSERT_TRUE(mRun->WaitForOutput("move: 52, 100, 110 by 36\n"));
-  EXPECT_TRUE(Shows(460, 250, 0xFFFFFF));  // What was carried is clipped by its own parent again.
+  EXPECT_TRUE(Shows(460, 304, 0xFFFFFF));  // What was carried is clipped by its own parent again.
 
   Click(kTabFocus, kTabY);
   ASSERT_TRUE(mRun->WaitForOutput("Focus page\n"));
-  Click(60, 80);
+  Click(60, 134);
   ASSERT_TRUE(mRun->WaitForOutput("one: click\n"));
   Mouse(" key Tab key Tab key a click 4");
   ASSERT_TRUE(mRun->WaitForOutput("one: key Tab\ntwo: key Ctrl+I\n"));
   ASSERT_TRUE(mRun->WaitForOutput("three: key A\nthree: key a\n"));
   ASSERT_TRUE(mRun->WaitForOutput("one: wheel up\n"));
-  Click(60, 225);
+  Click(60, 279);
   ASSERT_TRUE(mRun->WaitForOutput("doomed: click\n"));
-  EXPECT_TRUE(Shows(20, 215, 0xEEF2F4));
+  EXPECT_TRUE(Shows(20, 269, 0xF4F7F8));
 }
 
 TEST_F(GalleryTest, ResizesWithinItsLimitsAndComesBackToItsPlace) {
@@ -100,7 +102,7 @@ TEST_F(GalleryTest, ResizesWithinItsLimitsAndComesBackToItsPlace) {
   EXPECT_TRUE(Eventually([this] { return FindWindow() && mPlace.mWidth == 800 && mPlace.mHeight == 600; }));
   EXPECT_TRUE(Shows(780, 590, 0xFFFFFF));  // The foot goes to the new edge.
   Shell("xdotool windowsize " + mWindow + " 100 100");
-  EXPECT_TRUE(Eventually([this] { return FindWindow() && mPlace.mWidth == 480 && mPlace.mHeight == 360; }));
+  EXPECT_TRUE(Eventually([this] { return FindWindow() && mPlace.mWidth == 640 && mPlace.mHeight == 414; }));
   Shell("xdotool windowmove --sync " + mWindow + " 120 90");
   FindWindow();
   const int x = mPlace.mX, y = mPlace.mY;
@@ -109,8 +111,94 @@ TEST_F(GalleryTest, ResizesWithinItsLimitsAndComesBackToItsPlace) {
   Start();
   EXPECT_TRUE(Eventually([&] { return FindWindow() && mPlace.mX == x && mPlace.mY == y; }))
       << mPlace.mX << "," << mPlace.mY << " " << x << "," << y;
-  EXPECT_EQ(mPlace.mWidth, 480);
-  EXPECT_EQ(mPlace.mHeight, 360);
+  EXPECT_EQ(mPlace.mWidth, 640);
+  EXPECT_EQ(mPlace.mHeight, 414);
+}
+
+TEST_F(GalleryTest, ButtonsClickHoldTheirStateAndRepeat) {
+  Start();
+  Click(kTabButtons, kTabY);
+  ASSERT_TRUE(mRun->WaitForOutput("Buttons page\n"));
+  Click(60, 128);
+  ASSERT_TRUE(mRun->WaitForOutput("push: click\n"));
+  Mouse(" key Return");
+  ASSERT_TRUE(mRun->WaitForOutput("push: click\npush: click\n"));
+  Click(190, 128);  // Disabled: nothing.
+  Click(450, 128);
+  ASSERT_TRUE(mRun->WaitForOutput("push: click\ntoggle: on\n"));
+  Click(70, 178);
+  ASSERT_TRUE(mRun->WaitForOutput("radio1: on\n"));
+  Click(330, 178);
+  ASSERT_TRUE(mRun->WaitForOutput("radio3: on\n"));
+  Mouse(To(60, 226) + "mousedown 1" + To(62, 228));
+  ASSERT_TRUE(mRun->WaitForOutput("repeat: 3\n"));
+  Mouse(" mouseup 1");
+}
+
+TEST_F(GalleryTest, ListsAndViewsGoFarByKeysAndTheirBars) {
+  Start();
+  Click(kTabLists, kTabY2);
+  ASSERT_TRUE(mRun->WaitForOutput("Lists page\n"));
+  Click(100, 180);
+  ASSERT_TRUE(mRun->WaitForOutput("list: 1 selected, at "));
+  Mouse(" key End");
+  ASSERT_TRUE(Shows(306, 470, kThumb));
+  Click(100, 464);
+  ASSERT_TRUE(mRun->WaitForOutput("list: 1 selected, at 100000\n"));
+  Mouse(" key Up");
+  ASSERT_TRUE(mRun->WaitForOutput("list: 1 selected, at 99999\n"));
+  Click(400, 400);
+  Mouse(" keydown shift" + To(400, 440) + "click 1 keyup shift");
+  ASSERT_TRUE(mRun->WaitForOutput("several: 3 selected"));
+  Click(kTabViews, kTabY2);
+  ASSERT_TRUE(mRun->WaitForOutput("Views page\n"));
+  // The thumb goes where it is dragged to.
+  ASSERT_TRUE(Shows(620, 140, kThumb));
+  Mouse(To(620, 140));
+  ASSERT_TRUE(Shows(620, 140, kChosen));  // As buttons do under the mouse.
+  Mouse(" mousedown 1");
+  Mouse(To(620, 200));
+  ASSERT_TRUE(Shows(620, 200, kChosen));
+  Mouse(To(620, 400));
+  EXPECT_TRUE(Shows(620, 400, kChosen));
+  EXPECT_TRUE(Shows(620, 140, kChannel));
+  Mouse(" mouseup 1");
+}
+
+TEST_F(GalleryTest, MenusOpenFollowTheMouseAndChooseInOneGesture) {
+  Start();
+  // Press, drag over the neighbour, and let go on its second item.
+  Mouse(To(20, 12) + "mousedown 1");
+  ASSERT_TRUE(Shows(20, 30, 0xFFFFFF));
+  Mouse(To(68, 12));
+  ASSERT_TRUE(Shows(68, 4, kChosen));
+  Mouse(To(80, 40) + To(80, 66) + "mouseup 1");
+  ASSERT_TRUE(mRun->WaitForOutput("Panels page\n"));
+  // By keys, two levels down.
+  Click(kTabMenus, kTabY2);
+  ASSERT_TRUE(mRun->WaitForOutput("Menus page\n"));
+  Mouse(To(600, 480) + "click 3");
+  ASSERT_TRUE(Shows(600, 529, 0xFFFFFF));  // Inside the window, up to its edge.
+  Mouse(" key Down Down Down Right Down Right Down Return");
+  ASSERT_TRUE(mRun->WaitForOutput("southEast: NID_GALLERY_FOURTH\n"));
+  // By the mouse; the check mark is there the next time.
+  Mouse(To(60, 480) + "click 3");
+  Mouse(To(90, 431));
+  Mouse(" click 1");
+  ASSERT_TRUE(mRun->WaitForOutput("southWest: NID_GALLERY_CHECK\n"));
+}
+
+TEST_F(GalleryTest, TipsShowAndGoAndTheBarFills) {
+  Start();
+  Click(kTabStatus, kTabY2);
+  ASSERT_TRUE(mRun->WaitForOutput("Status page\n"));
+  Mouse(To(60, 270));
+  ASSERT_TRUE(Shows(63, 296, kTip));
+  Mouse(" key Shift_L");
+  ASSERT_TRUE(Shows(63, 296, 0xF4F7F8));
+  for (int click = 0; click < 3; ++click) Mouse(To(200 + click, 210) + "click 1");
+  ASSERT_TRUE(mRun->WaitForOutput("more: click\nmore: click\nmore: click\n"));
+  EXPECT_TRUE(Shows(60, 157, kFill));
 }
 
 TEST_F(GalleryTest, ASecondStartRaisesTheFirstWindowAndTheExitKeyEndsIt) {

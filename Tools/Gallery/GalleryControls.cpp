@@ -1,19 +1,16 @@
 #include "Tools/Gallery/GalleryControls.h"
 
-#include <array>
 #include <stdexcept>
-#include <string_view>
 
 #include "TFFramework/ControlBase/ControlCondition.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/ControlBase/KeyCode.h"
-#include "Tools/Gallery/GalleryTrace.h"
+#include "Tools/Gallery/GalleryMain.h"
 
 using namespace TF;
 
 namespace {
 
-constexpr std::array<std::u16string_view, 4> kPages{u"Layout", u"Floating", u"Drag", u"Focus"};
 constexpr std::uint32_t kReturn = 0x0D;
 constexpr std::uint32_t kSpace = 0x20;
 
@@ -58,7 +55,7 @@ LGalleryBox::Slot LGalleryBox::SlotFor(std::uint32_t conditions) const {
 }
 
 void LGalleryBox::Tell(const String& what) {
-  if (const RCPtr<LGalleryMain> main = FindMain(*this)) main->Tell(GetName() + u": " + what);
+  TellGallery(*this, GetName() + u": " + what);
 }
 
 void LGalleryTile::OnLeftClick(const RCPtr<LMouseButtonParam>& param) {
@@ -129,8 +126,7 @@ bool LGalleryDrop::IsDropTarget(const RCPtr<LControl>& control) {
 }
 
 TFRESULT LGalleryDrop::PerformDrop(const RCPtr<LControl>& control) {
-  const RCPtr<LGalleryMain> main = FindMain(*this);
-  if (main) main->Tell(control->GetName() + u": dropped on " + GetName());
+  TellGallery(*this, control->GetName() + u": dropped on " + GetName());
   return kSuccess;
 }
 
@@ -149,29 +145,11 @@ void LGalleryThrower::OnLeftClick(const RCPtr<LMouseButtonParam>& param) {
   throw std::runtime_error("A control of the gallery throws when it is clicked.");
 }
 
-TFRESULT LGalleryMain::OnDescriptorApplied() {
-  ShowPage(kPages[0]);
-  return kSuccess;
-}
-
-void LGalleryMain::ShowPage(const String& name) {
-  const RCPtr<LControl> head = FindChild(u"head");
-  for (const std::u16string_view page : kPages) {
-    const bool isChosen = name == page;
-    if (const auto control = FindChild(String(u"page") + String(page))) control->SetVisible(isChosen);
-    const RCPtr<LGalleryTab> tab = head ? head->FindChild(String(u"tab") + String(page)) : nullptr;
-    if (tab) tab->ShowChosen(isChosen);
-  }
-  Tell(name + u" page");
-}
-
-void LGalleryMain::Tell(const String& text) {
-  TraceLine(ToUtf8(text));
-  if (const RCPtr<LControl> foot = FindChild(u"foot")) foot->SetText(text);
+void TellGallery(const LControl& control, const String& text) {
+  if (const RCPtr<LGalleryMain> main = FindMain(control)) main->Tell(text);
 }
 
 void RegisterGalleryControls(LControlFactory& factory) {
-  factory.RegisterControlCreateFunction(u"Gallery.Main", MakeControl<LGalleryMain>);
   factory.RegisterControlCreateFunction(u"Gallery.Panel", MakeControl<LGalleryPanel>);
   factory.RegisterControlCreateFunction(u"Gallery.Box", MakeControl<LGalleryBox>);
   factory.RegisterControlCreateFunction(u"Gallery.Tile", MakeControl<LGalleryTile>);

@@ -90,16 +90,7 @@ class LGalleryThrower : public LGalleryTile {
   void OnLeftClick(const TF::RCPtr<TF::LMouseButtonParam>& param) override;
 };
 
-// The window's top control.
-class LGalleryMain : public TF::LControl {
- public:
-  using LControl::LControl;
-  void OnCreated();
-  TFRESULT OnDescriptorApplied() override;
-  // Of "Layout", "Floating", "Drag" and "Focus".
-  void ShowPage(const TF::String& name);
-  // Shows a line in the foot of the window.
-  void Tell(const TF::String& text);
-};
+// Shows a line in the foot of the gallery's window.
+void TellGallery(const TF::LControl& control, const TF::String& text);
 
 void RegisterGalleryControls(TF::LControlFactory& factory);

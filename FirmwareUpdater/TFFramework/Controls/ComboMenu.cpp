@@ -72,6 +72,16 @@ void LComboMenu::TakeOver() {
   }
 }
 
+void LComboMenu::DragTo(const PointT<std::int32_t>& point) {
+  if (IsPopupShown()) return;
+  const RCPtr<LControl> held(this);
+  TakeOver();
+  if (mDestroyed || !IsPopupShown()) return;
+  const PointT<double> corner = mPopup->GetWindowPosition();
+  mPopup->CaptureMouse(LMouseButtonParam::kLeft, point.mX - RoundToInt32(corner.mX),
+                       point.mY - RoundToInt32(corner.mY));
+}
+
 void LComboMenu::PlacePopup() {
   RCPtr<LControl> root(this);
   while (root->GetParent()) root = RCPtr<LControl>(root->GetParent());

@@ -2,6 +2,7 @@
 
 #include "TFFramework/Controls/DropDownControl.h"
 #include "TFFramework/Controls/HandlingControl.h"
+#include "TFFramework/Controls/MenuBar.h"
 #include "TFFramework/Controls/PopupMenu.h"
 
 namespace TF {
@@ -11,7 +12,7 @@ namespace TF {
 // child "popupMenu".
 //
 // Threads: main thread.
-class LComboMenu : public HandlingControl<LComboMenu, LDropDownControl> {
+class LComboMenu : public HandlingControl<LComboMenu, LDropDownControl>, public IMenuFace {
  public:
   using HandlingControl::HandlingControl;
 
@@ -24,6 +25,7 @@ class LComboMenu : public HandlingControl<LComboMenu, LDropDownControl> {
   const RCPtr<LPopupMenu>& GetPopup() const { return mPopup; }
   bool IsPopupShown() override;
   void ShowPopup(bool show) override;
+  void DragTo(const PointT<std::int32_t>& point) override;
 
  private:
   void UpdateLook();

@@ -98,6 +98,8 @@ void LCheckedListBoxItem::ShowCheckBox(bool show) {
 void LCheckedListBoxItem::UpdateLook() {
   LListBoxItem::UpdateLook();
   if (!mCheckBox) return;
+  // A box that is a button goes by its value when its own conditions change.
+  mCheckBox->SetValue(mChecked ? 1 : 0);
   const std::int32_t checked = mHover ? kCheckedHover : kChecked;
   mCheckBox->SetActiveLook(mChecked ? checked : kUnchecked, true);
 }

@@ -310,6 +310,7 @@ void LPopupMenu::HandCaptureOn(const PointT<double>& point) {
   PointT<std::int32_t> local;
   window->HitTest(hit, inWindow, local, false);
   for (; hit; hit = RCPtr<LControl>(hit->GetParent())) {
+    if (IMenuFace* const face = dynamic_cast<IMenuFace*>(hit.Get())) return face->DragTo(inWindow);
     const RCPtr<LPopupMenu> popup(hit);
     if (!popup || popup == this) continue;
     const PointT<double> other = popup->GetWindowPosition();
@@ -359,9 +360,10 @@ TFRESULT LPopupMenu::HandleRowTip(const RCPtr<LNotificationDistributor>& sender,
   const std::uint32_t changed = conditions ? conditions->mCurrent ^ conditions->mPrevious : 0;
   if (!application || (changed & ControlCondition::kHoverBelow) == 0) return kNothingDone;
   if ((conditions->mCurrent & ControlCondition::kHoverBelow) == 0) {
-    application->RestoreStatusText(false);
+    // What somebody else has said stays.
+    if (std::exchange(mShowsStatus, false)) application->RestoreStatusText(false);
   } else if (item && !item->mToolTip.IsEmpty()) {
-    application->SetStatusText(item->mToolTip, false);
+    mShowsStatus = !Failed(application->SetStatusText(item->mToolTip, false));
   }
   return kNothingDone;
 }

@@ -102,6 +102,7 @@ class LPopupMenu : public HandlingControl<LPopupMenu, LCheckedListBox>, public I
   RCPtr<LPopupMenu> mSubmenu;
   RCPtr<LMenuItemDescriptor> mSubmenuItem;
   RCPtr<LNotificationReceiver> mReceiver;
+  bool mShowsStatus = false;  // The text of an item stands in the status bar.
   RCPtr<LMenuItemUpdater> mItemUpdater;
   RCPtr<LListBoxItem> mHoveredRow;
   bool mDelayActive = false;

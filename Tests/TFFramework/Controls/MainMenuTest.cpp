@@ -184,6 +184,21 @@ TEST_F(MainMenuTest, AnOpenBarFollowsTheMouseAndItemsReportToTheWindow) {
   EXPECT_EQ(chosen.size(), 2U);
   EXPECT_EQ(chosen.back(), "NID_b 1");
   EXPECT_TRUE(GetEditor()->HasFocus());
+  // In one gesture by way of the neighbour and back to it.
+  mWindow->Move(10, 10);
+  mWindow->Press();
+  mWindow->Move(60, 10);
+  EXPECT_TRUE(IsOpen(1));
+  mWindow->Move(12, 10);
+  EXPECT_TRUE(IsOpen(0));
+  mWindow->Move(60, 10);
+  mWindow->Move(62, 30);
+  mWindow->LetGo();
+  mWindow->Process(false);
+  EXPECT_EQ(chosen.size(), 3U);
+  EXPECT_EQ(chosen.back(), "NID_c 0");
+  EXPECT_FALSE(IsOpen(0) || IsOpen(1));
+  EXPECT_FALSE(mWindow->mCapture);
 }
 
 TEST_F(MainMenuTest, EditsGoToWhatHadTheFocusBeforeTheBar) {
@@ -243,19 +258,22 @@ TEST_F(ShippedMenuTest, ItsScreenIsBuiltWholeAndItsMenuFitsItsItems) {
   EXPECT_EQ(mBar->GetMenuCount(), 1);
   EXPECT_EQ(mBar->GetMenuLabel(0), u"File");
   const RCPtr<LMenuDescriptor> menu = MakeTestMenu("a-bC");
+  menu->GetItem(0)->mChecked = true;
   mBar->AddMenu(0, u"menu0", u"File", menu);
   mBar->SetVisible(true);
   const RCPtr<LComboMenu> face(mBar->FindChild(u"menu0"));
   face->ShowPopup(true);
   const RCPtr<LPopupMenu> popup = face->GetPopup();
   ASSERT_TRUE(popup->IsShown(true));
-  std::string heights;
+  std::string heights, marks;
   for (std::int32_t index = 0; index < popup->GetChildCount(); ++index) {
     const RCPtr<LMenuListBoxItem> row(popup->GetChild(index));
-    if (row && popup->IndexOfRow(row.Get()) >= 0)
-      heights += std::to_string(RoundToInt32(row->GetBounds().mHeight)) + " ";
+    if (!row || popup->IndexOfRow(row.Get()) < 0) continue;
+    heights += std::to_string(RoundToInt32(row->GetBounds().mHeight)) + " ";
+    marks += row->GetCheckBox()->GetLookAlpha(7) > 0 ? 'x' : '.';
   }
   EXPECT_EQ(heights, "23 9 23 23 ");
+  EXPECT_EQ(marks, "x...");
   // An edge of a pixel above and one below, as the skin draws it.
   const RectT<double> client = popup->GetClientRect();
   EXPECT_EQ(client.mHeight, 23 + 9 + 23 + 23);

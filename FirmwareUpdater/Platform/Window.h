@@ -66,6 +66,9 @@ class WindowListener {
   virtual void OnCloseRequest() = 0;
   // Screens have come, gone or changed.
   virtual void OnDisplayChange() = 0;
+  // What this program had put on the clipboard is gone: another program has taken it. The first window of
+  // the program is told.
+  virtual void OnClipboardLost() = 0;
   // RequestPaint was called since the last time.
   virtual void OnPaint() = 0;
 };

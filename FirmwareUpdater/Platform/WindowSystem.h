@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+#include "Platform/Clipboard.h"
+#include "Platform/FileChooser.h"
 #include "Platform/Window.h"
 
 namespace Platform {
@@ -102,9 +104,9 @@ class WindowSystem {
   // Throws runtime_error when there is no window to be had.
   virtual MessageAnswer ShowMessage(const MessageRequest& request) = 0;
 
-  // UTF-8. False when the display does not take or give it.
-  virtual bool SetClipboardText(const std::string& text) = 0;
-  virtual bool GetClipboardText(std::string& text) = 0;
+  // Both live as long as the window system.
+  virtual Clipboard& GetClipboard() = 0;
+  virtual FileChooser& GetFileChooser() = 0;
 };
 
 }  // namespace Platform

@@ -151,9 +151,7 @@ TEST_F(MessageWindowTest, ShowsIconAndButtonsAndCopiesItsText) {
     EXPECT_TRUE(Shows(RightButton(shown), kAccent));
     Shell("xdotool key ctrl+c");
   });
-  std::string text;
-  EXPECT_TRUE(mSystem->GetClipboardText(text));
-  EXPECT_EQ(text, "Trouble\n\nGr\xC3\xBC\xC3\x9F\x65\nfrom the device\n");
+  EXPECT_EQ(mSystem->GetClipboard().GetText(), "Trouble\n\nGr\xC3\xBC\xC3\x9F\x65\nfrom the device\n");
 }
 
 TEST_F(MessageWindowTest, FitsOnTheScreenWhateverItsText) {

@@ -355,25 +355,6 @@ TEST_F(WindowSystemTest, SurvivesTheEndOfAWindowInsideAnyOfItsCalls) {
   }
 }
 
-TEST_F(WindowSystemTest, SharesTheClipboard) {
-  std::string text;
-  EXPECT_TRUE(mSystem->SetClipboardText("Gr\xC3\xBC\xC3\x9F\x65"));
-  std::atomic<bool> done = false;
-  std::string pasted;
-  std::thread reader([&] {
-    pasted = Shell("timeout 20 xclip -selection clipboard -o");
-    done = true;
-    mSystem->Wake();
-  });
-  EXPECT_TRUE(Until([&] { return done.load(); }));
-  reader.join();
-  EXPECT_EQ(pasted, "Gr\xC3\xBC\xC3\x9F\x65");
-  Shell(
-      "printf 'from elsewhere' | timeout 30 xclip -selection clipboard -i -quiet -loops 1 "
-      ">/dev/null 2>&1 &");
-  EXPECT_TRUE(Until([&] { return mSystem->GetClipboardText(text) && text == "from elsewhere"; }));
-}
-
 TEST_F(WindowSystemTest, AnErrorOfTheDisplayDoesNotEndTheProgram) {
   // SDL cannot end a window that the display has lost.
   static TestSupport::WindowRecorder other;

@@ -25,6 +25,7 @@ class WindowRecorder : public Platform::WindowListener {
   void OnExpose() override { Add("expose"); }
   void OnCloseRequest() override { Add("close"); }
   void OnDisplayChange() override { Add("display"); }
+  void OnClipboardLost() override { Add("clipboard lost"); }
   void OnPaint() override { Add("paint"); }
 
   bool Has(const std::string& line) const;

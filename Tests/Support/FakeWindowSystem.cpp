@@ -42,6 +42,20 @@ void FakePlatformWindow::Show(Platform::WindowShow command) {
   mIsMaximized = command == Platform::WindowShow::kMaximize;
 }
 
+void FakeClipboard::TakeByOther(const std::optional<std::string>& text) {
+  mText = text;
+  mHasPrivate = false;
+  ++mSequence;
+}
+
+bool FakeClipboard::Set(const std::string& text, bool isText) {
+  if (mOnSet) mOnSet();
+  const bool keepsText = isText && !mRefuses;
+  mText = keepsText ? std::optional(text) : std::nullopt;
+  mHasPrivate = !keepsText;
+  return !mRefuses;
+}
+
 std::unique_ptr<Platform::Window> FakeWindowSystem::CreateWindow(
     const Platform::WindowDescription& description, Platform::WindowListener& listener) {
   if (mRefusesWindows) throw std::runtime_error("no window");

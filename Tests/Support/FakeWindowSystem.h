@@ -3,6 +3,7 @@
 #include <atomic>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -59,6 +60,48 @@ class FakePlatformWindow : public Platform::Window {
   Platform::PixelView mPixels;                  // Of the last call.
 };
 
+// Shared with programs that a test plays.
+class FakeClipboard : public Platform::Clipboard {
+ public:
+  bool SetText(const std::string& text) override { return Set(text, true); }
+  bool SetPrivate() override { return Set({}, false); }
+  void Look() override {}
+  std::uint32_t GetSequenceNumber() const override { return mSequence; }
+  bool HasPrivate() const override { return mHasPrivate; }
+  bool HasText() const override { return mText.has_value(); }
+  std::string GetText() const override {
+    ++mReads;
+    return mText.value_or("");
+  }
+
+  // Another program takes it, for a text or for something else.
+  void TakeByOther(const std::optional<std::string>& text);
+
+  std::optional<std::string> mText;
+  bool mHasPrivate = false;
+  bool mRefuses = false;
+  mutable int mReads = 0;
+  std::function<void()> mOnSet;  // While a text is handed over.
+
+ private:
+  bool Set(const std::string& text, bool isText);
+
+  std::uint32_t mSequence = 1;
+};
+
+// Answers as a test has prepared it.
+class FakeFileChooser : public Platform::FileChooser {
+ public:
+  Platform::FileChoice Choose(const Platform::FileRequest& request) override {
+    mRequests.push_back(request);
+    return mReal ? mReal->Choose(request) : mAnswer;
+  }
+
+  Platform::FileChoice mAnswer;
+  Platform::FileChooser* mReal = nullptr;  // Answers instead.
+  std::vector<Platform::FileRequest> mRequests;
+};
+
 // A display that does what a test has queued for it.
 class FakeWindowSystem : public Platform::WindowSystem {
  public:
@@ -87,8 +130,8 @@ class FakeWindowSystem : public Platform::WindowSystem {
   void GetKeyState(std::uint8_t virtualKey, bool& isDown, bool& isToggled) const override;
   Platform::PixelRect GetWorkArea() override { return mWorkArea; }
   Platform::MessageAnswer ShowMessage(const Platform::MessageRequest& request) override;
-  bool SetClipboardText(const std::string& text) override { return mClipboard = text, true; }
-  bool GetClipboardText(std::string& text) override { return text = mClipboard, true; }
+  Platform::Clipboard& GetClipboard() override { return mClipboard; }
+  Platform::FileChooser& GetFileChooser() override { return mFileChooser; }
 
   std::vector<FakePlatformWindow*> mWindows;  // Those that exist, in the order of their making.
   std::deque<Input> mInput;
@@ -103,7 +146,8 @@ class FakeWindowSystem : public Platform::WindowSystem {
   std::vector<Platform::CursorId> mCursors;
   std::vector<Platform::PixelPoint> mHotSpots;
   std::vector<Platform::MessageRequest> mMessages;
-  std::string mClipboard;
+  FakeClipboard mClipboard;
+  FakeFileChooser mFileChooser;
 };
 
 }  // namespace TestSupport

@@ -1,6 +1,11 @@
 #include "Platform/Desktop/CleanUtf8.h"
 
+#include <glib.h>
+
 #include <cstdint>
+#include <memory>
+
+#include "Platform/Desktop/Handles.h"
 
 namespace Platform {
 
@@ -51,6 +56,12 @@ std::string CleanUtf8(std::u16string_view text) {
   utf8.reserve(text.size());
   for (std::size_t position = 0; position < text.size();) Append(utf8, Take(text, position));
   return utf8;
+}
+
+std::string CleanUtf8(std::string_view text) {
+  const std::unique_ptr<char, Releaser<g_free>> valid(
+      g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
+  return valid.get();
 }
 
 }  // namespace Platform

@@ -94,7 +94,7 @@ void MessageWindow::OnKey(const KeyEvent& event) {
   if (event.mVirtualKey == kReturn || event.mVirtualKey == kSpace) Press(mStates.mFocused);
   if (event.mVirtualKey == kEscape) Dismiss();
   if (event.mVirtualKey == kLetterC && (event.mModifiers & ModifierBit::kCtrl) != 0)
-    mWindowSystem.SetClipboardText(mRequest.mCaption + "\n\n" + mRequest.mText + "\n");
+    mWindowSystem.GetClipboard().SetText(mRequest.mCaption + "\n\n" + mRequest.mText + "\n");
 }
 
 void MessageWindow::Show() {

@@ -40,6 +40,7 @@ class MessageWindow : private WindowListener {
   void OnExpose() override { Show(); }
   void OnCloseRequest() override { Dismiss(); }
   void OnDisplayChange() override {}
+  void OnClipboardLost() override {}
   void OnPaint() override { Show(); }
 
   void Show();

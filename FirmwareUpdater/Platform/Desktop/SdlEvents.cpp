@@ -38,6 +38,9 @@ bool SdlWindowSystem::HandleEvent(const SDL_Event& event) {
     case SDL_DISPLAYEVENT:
       HandleDisplayChange();
       return true;
+    case SDL_CLIPBOARDUPDATE:
+      HandleClipboardChange();
+      return false;
     case SDL_KEYMAPCHANGED:
       mInput.ReadLayout();
       return false;
@@ -204,6 +207,10 @@ void SdlWindowSystem::HandleWheel(const SDL_MouseWheelEvent& event) {
 void SdlWindowSystem::HandleDisplayChange() {
   for (const SdlWindow* const window : mWindows)
     PutBackWindowEvent(window->GetId(), SDL_WINDOWEVENT_DISPLAY_CHANGED);
+}
+
+void SdlWindowSystem::HandleClipboardChange() {
+  if (mClipboard.TakeLoss() && !mWindows.empty()) mWindows.front()->GetListener().OnClipboardLost();
 }
 
 }  // namespace Platform

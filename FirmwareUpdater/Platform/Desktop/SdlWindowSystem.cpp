@@ -23,7 +23,7 @@ std::uint32_t StartAndRegister() {
 }
 
 constexpr std::uint32_t kFirstScreen = 0;
-constexpr std::uint32_t kMessageTick = 1000;  // ms; each event ends it sooner.
+constexpr std::uint32_t kModalTick = 1000;  // ms; each event ends it sooner.
 
 // Lets one window alone hear input.
 class ModalTurn {
@@ -66,8 +66,7 @@ void SdlWindowSystem::DispatchPaints() {
   for (const std::uint32_t id : windows) {
     SdlWindow* window = FindWindow(id);
     if (window && window->TakeExposure()) window->GetListener().OnExpose();
-    // What is drawn anew would hide a fault that a message tells of behind the next one.
-    if (mModal != 0 && id != mModal) continue;
+    if (!Paints(id)) continue;
     window = FindWindow(id);
     if (window && window->TakePaintRequest()) window->GetListener().OnPaint();
   }
@@ -127,30 +126,30 @@ PixelRect SdlWindowSystem::GetWorkArea() {
 
 MessageAnswer SdlWindowSystem::ShowMessage(const MessageRequest& request) {
   MessageWindow message(*this, mTextContext(), request, FindMessageParent());
-  {
-    const ModalTurn turn(mModal, static_cast<SdlWindow&>(message.GetWindow()).GetId());
-    while (!message.GetAnswer()) {
-      DispatchInput();
-      if (mQuitRequested) message.Dismiss();
-      DispatchPaints();
-      if (!message.GetAnswer()) Wait(kMessageTick);
-    }
-  }
-  // Wake-ups that came meanwhile were not for the message.
-  Wake();
+  RunModal(
+      static_cast<SdlWindow&>(message.GetWindow()).GetId(), [&] { return message.GetAnswer().has_value(); },
+      [&] { message.Dismiss(); });
   return *message.GetAnswer();
 }
 
-bool SdlWindowSystem::SetClipboardText(const std::string& text) {
-  return SDL_SetClipboardText(text.c_str()) == 0;
+void SdlWindowSystem::WaitWithoutInput(const std::function<bool()>& isDone,
+                                       const std::function<void()>& onQuit) {
+  RunModal(kNobody, isDone, onQuit);
 }
 
-// Asks the present owner each time: SDL does not always hear when another program takes the clipboard.
-bool SdlWindowSystem::GetClipboardText(std::string& text) {
-  const std::unique_ptr<char, Releaser<SDL_free>> found(SDL_GetClipboardText());
-  if (!found || *found == '\0') return false;
-  text = found.get();
-  return true;
+void SdlWindowSystem::RunModal(std::uint32_t window, const std::function<bool()>& isDone,
+                               const std::function<void()>& onQuit) {
+  {
+    const ModalTurn turn(mModal, window);
+    while (!isDone()) {
+      DispatchInput();
+      if (mQuitRequested) onQuit();
+      DispatchPaints();
+      if (!isDone()) Wait(kModalTick);
+    }
+  }
+  // Wake-ups that came meanwhile were not for this loop.
+  Wake();
 }
 
 void SdlWindowSystem::AddWindow(SdlWindow& window) {
@@ -210,9 +209,13 @@ SdlWindow* SdlWindowSystem::FindMessageParent() const {
 
 bool SdlWindowSystem::NeedsPaint() const {
   return std::any_of(mWindows.begin(), mWindows.end(), [&](const SdlWindow* window) {
-    const bool paints = mModal == 0 || window->GetId() == mModal;
-    return paints ? window->NeedsPaint() : window->IsExposed();
+    return Paints(window->GetId()) ? window->NeedsPaint() : window->IsExposed();
   });
+}
+
+// What is drawn anew would hide a fault that a message tells of behind the next one.
+bool SdlWindowSystem::Paints(std::uint32_t window) const {
+  return mModal == 0 || mModal == kNobody || mModal == window;
 }
 
 }  // namespace Platform

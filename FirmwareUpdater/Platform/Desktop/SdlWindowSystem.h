@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "Platform/Desktop/DesktopFileChooser.h"
+#include "Platform/Desktop/SdlClipboard.h"
 #include "Platform/Desktop/SdlCursors.h"
 #include "Platform/Desktop/SdlInput.h"
 #include "Platform/WindowSystem.h"
@@ -51,8 +53,11 @@ class SdlWindowSystem : public WindowSystem {
   void GetKeyState(std::uint8_t virtualKey, bool& isDown, bool& isToggled) const override;
   PixelRect GetWorkArea() override;
   MessageAnswer ShowMessage(const MessageRequest& request) override;
-  bool SetClipboardText(const std::string& text) override;
-  bool GetClipboardText(std::string& text) override;
+  Clipboard& GetClipboard() override { return mClipboard; }
+  FileChooser& GetFileChooser() override { return mFileChooser; }
+
+  // Runs until isDone says so, while no window hears input. onQuit is called when the program is to end.
+  void WaitWithoutInput(const std::function<bool()>& isDone, const std::function<void()>& onQuit);
 
   // For windows.
   void AddWindow(SdlWindow& window);
@@ -67,6 +72,9 @@ class SdlWindowSystem : public WindowSystem {
   static constexpr std::int32_t kPaintCode = 1;
   static constexpr std::int32_t kCharacterCode = 2;  // data1 holds the unit.
 
+  // In mModal: no window has this number.
+  static constexpr std::uint32_t kNobody = 0xFFFFFFFF;
+
   void PushEvent(std::int32_t code);
   bool TakeEvent(SDL_Event& event);
   void PutBack(const SDL_Event& event) { mPending.push_front(event); }
@@ -75,7 +83,11 @@ class SdlWindowSystem : public WindowSystem {
   // Null for a window that hears no input.
   SdlWindow* FindInputWindow(std::uint32_t id) const;
   bool NeedsPaint() const;
+  bool Paints(std::uint32_t window) const;
   SdlWindow* FindMessageParent() const;
+  // A loop in the loop in which that window alone hears input.
+  void RunModal(std::uint32_t window, const std::function<bool()>& isDone,
+                const std::function<void()>& onQuit);
 
   // True for input.
   bool HandleEvent(const SDL_Event& event);
@@ -90,16 +102,19 @@ class SdlWindowSystem : public WindowSystem {
   void HandleButton(const SDL_Event& event);
   void HandleWheel(const SDL_MouseWheelEvent& event);
   void HandleDisplayChange();
+  void HandleClipboardChange();
   bool IsLeaveNext(std::uint32_t window) const;
 
   const TextContextSource mTextContext;
   const std::uint32_t mUserEvent;
   SdlInput mInput;
   SdlCursors mCursors;
+  SdlClipboard mClipboard;
+  DesktopFileChooser mFileChooser{*this};
   std::vector<SdlWindow*> mWindows;
   std::deque<SDL_Event> mPending;  // To be handled before what SDL has.
   std::uint32_t mFocus = 0;        // A window's number.
-  std::uint32_t mModal = 0;        // The only window that hears input; 0 for all.
+  std::uint32_t mModal = 0;        // The only window that hears input; 0 for all, or kNobody.
   PixelPoint mMousePoint;          // On the screen, as of the last event of a button.
   std::atomic<bool> mIsWoken{false};
   std::atomic<bool> mQuitRequested{false};

@@ -18,6 +18,7 @@
 #include "TFFramework/ObjectBase/Exception.h"
 #include "TFFramework/Renderer/FontRenderer/Font.h"
 #include "TFFramework/Renderer/Renderer.h"
+#include "TFFramework/System/Clipboard.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
 namespace TF {
@@ -49,6 +50,7 @@ LFrameworkApp::LFrameworkApp(const RCPtr<LControlFactory>& controlFactory, const
       mApplicationCenter(LNotificationCenterManager::GetInstance()->GetCenter(kApplicationCenterName)),
       mRootWindows(std::make_unique<RootWindowArray>()) {
   mHotKeys = MakeRC<LGlobalHotKeyManager>(mApplicationCenter);
+  mClipboard = MakeRC<LClipboard>();
   instance = this;
 }
 
@@ -191,6 +193,7 @@ TFRESULT LFrameworkApp::Shutdown() {
   UnregisterAll();
   mControlFactory = nullptr;
   mHotKeys = nullptr;
+  mClipboard = nullptr;
   return kSuccess;
 }
 
@@ -210,6 +213,7 @@ TFRESULT LFrameworkApp::TakeDocuments() {
     mStringTable = mControlFactory->GetFrameworkStrings();
     mAppStrings = mControlFactory->GetApplicationStrings();
     if (mAppStrings) mHotKeys->Add(ReadHotKeys(*mAppStrings, u"GHK"));
+    ThrowIfFailed(mClipboard->Initialize(), "TF::LFrameworkApp::RunApplicationStartup");
     ChooseSkin();
     return kSuccess;
   } catch (const std::exception& exception) {

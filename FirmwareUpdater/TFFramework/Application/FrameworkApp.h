@@ -18,6 +18,7 @@
 namespace TF {
 
 class CursorTable;
+class LClipboard;
 class LControl;
 class LControlFactory;
 class LFont;
@@ -136,6 +137,8 @@ class LFrameworkApp : public virtual LNotificationClient {
   RCPtr<LRootWindow> GetFrontRootWindow() const;
   // The keys that work wherever the focus is.
   const RCPtr<LGlobalHotKeyManager>& GetHotKeys() const { return mHotKeys; }
+  // Null after Shutdown.
+  const RCPtr<LClipboard>& GetClipboard() const { return mClipboard; }
 
   // In the status bar of the first window: kFailure without one. immediately: not behind the texts that
   // wait there.
@@ -154,8 +157,8 @@ class LFrameworkApp : public virtual LNotificationClient {
   // and the font of the skin.
   const RCPtr<LFont>& GetDefaultFont() const { return mDefaultFont; }
 
-  // The factory has read its documents: takes the texts and chooses the skin. kFailure instead of an
-  // exception.
+  // The factory has read its documents: takes the texts, has the clipboard hear edit commands and chooses the
+  // skin. kFailure instead of an exception.
   TFRESULT TakeDocuments();
 
   // Shows the texts for a failed startup, as strings has them, in a message box once the window system
@@ -185,6 +188,7 @@ class LFrameworkApp : public virtual LNotificationClient {
   // By pointer, since who includes this need not know what a root window is.
   const std::unique_ptr<RootWindowArray> mRootWindows;
   RCPtr<LGlobalHotKeyManager> mHotKeys;
+  RCPtr<LClipboard> mClipboard;
 };
 
 // What MessageBox takes, by its flags.

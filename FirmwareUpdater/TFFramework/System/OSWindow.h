@@ -98,6 +98,7 @@ class OSWindow : public virtual LRefCountedObject,
   void OnExpose() override;
   void OnCloseRequest() override;
   void OnDisplayChange() override;
+  void OnClipboardLost() override;
   void OnPaint() override;
 
   // The parent first, so that it is the one that becomes active.

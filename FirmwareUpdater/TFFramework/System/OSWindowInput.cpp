@@ -5,6 +5,7 @@
 #include "TFFramework/Application/FrameworkApp.h"
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/Notification/Notification.h"
+#include "TFFramework/System/Clipboard.h"
 #include "TFFramework/System/OSWindow.h"
 
 namespace TF {
@@ -186,6 +187,11 @@ void OSWindow::OnCloseRequest() {
 
 void OSWindow::OnDisplayChange() {
   InvalidateAll();
+}
+
+void OSWindow::OnClipboardLost() {
+  const RCPtr<LClipboard> clipboard = LFrameworkApp::GetInstance()->GetClipboard();
+  if (clipboard) clipboard->SetContents(nullptr);
 }
 
 }  // namespace TF

@@ -8,6 +8,7 @@
 #include "TFFramework/Notification/NotificationCenterManager.h"
 #include "TFFramework/Renderer/FontRenderer/Font.h"
 #include "TFFramework/System/ApplicationBase.h"
+#include "TFFramework/System/Clipboard.h"
 #include "TFFramework/System/MFCFrameworkApp.h"
 #include "TFFramework/Utilities/Storage/Resources.h"
 #include "Tests/Support/Eventually.h"
@@ -100,6 +101,7 @@ TEST_F(Startup, GivesTheApplicationItsTextsAndTheFontOfAStoredSkin) {
       EXPECT_EQ(application.GetDefaultFont()->GetName(), u"Arial");
       EXPECT_EQ(application.GetDefaultFont()->GetSize(), 8.25F);
       EXPECT_FALSE(application.CreateControl(u"noSuchControl"));
+      EXPECT_EQ(application.GetClipboard()->GetRegistrationCount(), 4);
     };
     startup.Run();
     EXPECT_EQ(looks, 1);

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "Platform/FileChooser.h"
+
+namespace Platform {
+
+// Asks by the desktop's FileChooser portal on the session bus. Empty where no portal answers, with the reason
+// in why. A descriptor that can be read from ends the dialog as if the user had cancelled it.
+//
+// Threads: any; returns when there is an answer.
+std::optional<FileChoice> AskPortal(const FileRequest& request, int cancelDescriptor, std::string& why);
+
+}  // namespace Platform

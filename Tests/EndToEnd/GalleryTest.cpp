@@ -170,9 +170,11 @@ TEST_F(GalleryTest, MenusOpenFollowTheMouseAndChooseInOneGesture) {
   // Press, drag over the neighbour, and let go on its second item.
   Mouse(To(20, 12) + "mousedown 1");
   ASSERT_TRUE(Shows(20, 30, 0xFFFFFF));
-  Mouse(To(68, 12));
-  ASSERT_TRUE(Shows(68, 4, kChosen));
-  Mouse(To(80, 40) + To(80, 66) + "mouseup 1");
+  for (const int x : {66, 118}) {
+    Mouse(To(x, 12));
+    ASSERT_TRUE(Shows(x, 4, kChosen));
+  }
+  Mouse(To(130, 40) + To(130, 66) + "mouseup 1");
   ASSERT_TRUE(mRun->WaitForOutput("Panels page\n"));
   // By keys, two levels down.
   Click(kTabMenus, kTabY2);
@@ -186,6 +188,25 @@ TEST_F(GalleryTest, MenusOpenFollowTheMouseAndChooseInOneGesture) {
   Mouse(To(90, 431));
   Mouse(" click 1");
   ASSERT_TRUE(mRun->WaitForOutput("southWest: NID_GALLERY_CHECK\n"));
+}
+
+TEST_F(GalleryTest, TextsGoToOtherProgramsAndComeBack) {
+  Start();
+  Click(kTabMenus, kTabY2);
+  ASSERT_TRUE(mRun->WaitForOutput("Menus page\n"));
+  Click(320, 304);
+  ASSERT_TRUE(mRun->WaitForOutput("clip: click\n"));
+  const auto edit = [this](int y) {
+    Click(66, 12);
+    EXPECT_TRUE(Shows(66, 4, kChosen));
+    Click(90, y);
+  };
+  edit(66);  // Copy.
+  ASSERT_TRUE(mRun->WaitForOutput("clip: Text for the clipboard\n"));
+  EXPECT_EQ(Shell("timeout -k 1 30 xclip -selection clipboard -o"), "Text for the clipboard");
+  Shell("printf 'from elsewhere' | timeout -k 1 30 xclip -selection clipboard -i");
+  edit(91);  // Paste.
+  ASSERT_TRUE(mRun->WaitForOutput("clip: from elsewhere\n"));
 }
 
 TEST_F(GalleryTest, TipsShowAndGoAndTheBarFills) {

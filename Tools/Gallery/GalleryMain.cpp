@@ -29,6 +29,9 @@ constexpr Page kPages[] = {
     {u"Status", u"NID_GALLERY_STATUS"},
 };
 
+constexpr const char16_t* kOfTheApplication[] = {kAppExitRequest, u"NID_EDIT_CUT_REQ", u"NID_EDIT_COPY_REQ",
+                                                 u"NID_EDIT_PASTE_REQ", u"NID_EDIT_DELETE_REQ"};
+
 }  // namespace
 
 TFRESULT LGalleryMain::OnDescriptorApplied() {
@@ -43,7 +46,9 @@ void LGalleryMain::ProcessRootWindowAquired() {
   MakeHandler();
   for (const Page& page : kPages)
     if (page.mItem) mHandler->AddHandler(&LGalleryMain::HandleMenu, window, page.mItem);
-  mHandler->AddHandler(&LGalleryMain::HandleExit, window, kAppExitRequest);
+  mHandler->AddHandler(&LGalleryMain::HandleOpen, window, u"NID_GALLERY_OPEN");
+  for (const char16_t* const name : kOfTheApplication)
+    mHandler->AddHandler(&LGalleryMain::HandOn, window, name);
 }
 
 TFRESULT LGalleryMain::HandleMenu(const RCPtr<LNotificationDistributor>&,
@@ -53,9 +58,18 @@ TFRESULT LGalleryMain::HandleMenu(const RCPtr<LNotificationDistributor>&,
   return kSuccess;
 }
 
-TFRESULT LGalleryMain::HandleExit(const RCPtr<LNotificationDistributor>&, const RCPtr<LNotification>&) {
+TFRESULT LGalleryMain::HandleOpen(const RCPtr<LNotificationDistributor>&, const RCPtr<LNotification>&) {
+  if (!mFileDialog) mFileDialog = MakeRC<LFileDialog>(String());
+  const TFRESULT result =
+      mFileDialog->Show(u"Pictures|*.png;*.jpg|All files|*.*", u"", u"Open a file", false);
+  Tell(Failed(result) ? String(u"no file") : u"file: " + mFileDialog->GetPath());
+  return kSuccess;
+}
+
+TFRESULT LGalleryMain::HandOn(const RCPtr<LNotificationDistributor>&,
+                              const RCPtr<LNotification>& notification) {
   if (const LFrameworkApp* const application = LFrameworkApp::GetInstance())
-    application->GetApplicationCenter()->Post(LNotification::Create(kAppExitRequest));
+    application->GetApplicationCenter()->Post(LNotification::Create(notification->GetId()));
   return kSuccess;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TFFramework/Controls/HandlingControl.h"
+#include "TFFramework/System/FileDialog.h"
 
 // The gallery's top control: shows one page at a time, and tells of what the menu bar reports. Main thread.
 class LGalleryMain : public TF::HandlingControl<LGalleryMain, TF::LControl> {
@@ -19,8 +20,12 @@ class LGalleryMain : public TF::HandlingControl<LGalleryMain, TF::LControl> {
   TF::RCPtr<TF::LControl> GetPage(const TF::String& name, bool makes);
   TFRESULT HandleMenu(const TF::RCPtr<TF::LNotificationDistributor>& sender,
                       const TF::RCPtr<TF::LNotification>& notification);
-  TFRESULT HandleExit(const TF::RCPtr<TF::LNotificationDistributor>& sender,
+  TFRESULT HandleOpen(const TF::RCPtr<TF::LNotificationDistributor>& sender,
                       const TF::RCPtr<TF::LNotification>& notification);
+  // What the application's center hears.
+  TFRESULT HandOn(const TF::RCPtr<TF::LNotificationDistributor>& sender,
+                  const TF::RCPtr<TF::LNotification>& notification);
 
+  TF::RCPtr<TF::LFileDialog> mFileDialog;
   TF::String mPage;  // The one that is shown.
 };

@@ -5,6 +5,7 @@
 #include "TFFramework/ControlBase/LayoutGuard.h"
 #include "TFFramework/Controls/CheckedListBox.h"
 #include "TFFramework/Controls/PopupMenu.h"
+#include "TFFramework/System/Clipboard.h"
 
 using namespace TF;
 
@@ -155,6 +156,27 @@ void LGalleryMenuTile::OnNotification(const RCPtr<LNotificationDistributor>& sen
   Tell(identifier);
 }
 
+bool LGalleryClip::CanPerformEdit(std::int32_t operation) {
+  return operation == EditOperation::kPaste || !GetText().IsEmpty();
+}
+
+TFRESULT LGalleryClip::PerformEdit(std::int32_t operation) {
+  const LFrameworkApp* const application = LFrameworkApp::GetInstance();
+  const RCPtr<LClipboard> clipboard = application ? application->GetClipboard() : RCPtr<LClipboard>();
+  if (!clipboard) return kFailure;
+  TFRESULT result = kSuccess;
+  if (operation == EditOperation::kPaste) {
+    const RCPtr<LTaggableObject> contents = clipboard->GetContents();
+    if (!contents) return kNothingDone;
+    SetText(contents->ToString());
+  }
+  if (operation == EditOperation::kCopy || operation == EditOperation::kCut)
+    result = clipboard->SetContents(MakeRC<LTextObject>(GetText()));
+  if (operation == EditOperation::kDelete || operation == EditOperation::kCut) SetText(String());
+  Tell(GetText());
+  return result;
+}
+
 void LGalleryStatus::OnButton(const RCPtr<LButton>& button) {
   const RCPtr<LProgressBar> bar = FindChild(u"progressBar");
   if (!bar) return;
@@ -173,5 +195,6 @@ void RegisterGalleryPages(LControlFactory& factory) {
   factory.RegisterControlCreateFunction(u"Gallery.Lists", MakeControl<LGalleryLists>);
   factory.RegisterControlCreateFunction(u"Gallery.Menus", MakeControl<LGalleryMenus>);
   factory.RegisterControlCreateFunction(u"Gallery.MenuTile", MakeControl<LGalleryMenuTile>);
+  factory.RegisterControlCreateFunction(u"Gallery.Clip", MakeControl<LGalleryClip>);
   factory.RegisterControlCreateFunction(u"Gallery.Status", MakeControl<LGalleryStatus>);
 }

@@ -77,6 +77,15 @@ class LGalleryMenuTile : public LGalleryTile {
                       const TF::RCPtr<TF::LNotification>& notification) override;
 };
 
+// A text for the clipboard.
+class LGalleryClip : public LGalleryTile {
+ public:
+  using LGalleryTile::LGalleryTile;
+  bool IsEditTarget() override { return true; }
+  bool CanPerformEdit(std::int32_t operation) override;
+  TFRESULT PerformEdit(std::int32_t operation) override;
+};
+
 // A progress bar and what moves it, texts for the status bar, and tips.
 class LGalleryStatus : public LGalleryPage {
  public:

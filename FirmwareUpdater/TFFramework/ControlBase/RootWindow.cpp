@@ -229,6 +229,10 @@ RCPtr<LControl> LRootWindow::GetFocusControl() {
   return mFocusControl;
 }
 
+RCPtr<LControl> LRootWindow::GetSavedFocusControl() {
+  return mSavedFocusControl;
+}
+
 void LRootWindow::SetFocusControl(const RCPtr<LControl>& control) {
   mFocusControl = control;
 }

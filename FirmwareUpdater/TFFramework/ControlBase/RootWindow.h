@@ -105,7 +105,7 @@ class LRootWindow : public LNotificationDistributor, public LNotificationQueue, 
   bool GetMousePosition(PointT<std::int32_t>& point) override;
   std::uint32_t GetMouseButtons() override;
   RCPtr<LControl> GetFocusControl() override;
-  RCPtr<LControl> GetSavedFocusControl() override { return mSavedFocusControl; }
+  RCPtr<LControl> GetSavedFocusControl() override;
   void SetFocusControl(const RCPtr<LControl>& control) override;
   void ClearFocusControl() override;
   TFRESULT SetCaptureControl(const RCPtr<LControl>& control) override;

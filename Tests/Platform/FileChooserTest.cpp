@@ -300,12 +300,11 @@ TEST_F(FileChooserTest, UnderstandsTheRealZenity) {
     std::promise<void> answered;
     std::thread user([&] {
       const std::future<void> end = answered.get_future();
-      Shell("timeout 60 xdotool search --sync --onlyvisible --name '^Zenity$'");
       int rounds = 0;
       do {
         Shell("xdotool search --onlyvisible --name '^Zenity$' windowfocus " + row.mKeys + " || true");
-        if (++rounds == 30) mSystem->RequestQuit();
-      } while (end.wait_for(std::chrono::seconds(2)) != std::future_status::ready);
+        if (++rounds == 60) mSystem->RequestQuit();
+      } while (end.wait_for(std::chrono::seconds(1)) != std::future_status::ready);
     });
     const FileChoice choice = Choose();
     answered.set_value();

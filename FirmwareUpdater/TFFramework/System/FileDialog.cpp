@@ -5,6 +5,7 @@
 
 #include "Platform/WindowSystem.h"
 #include "TFFramework/Application/FrameworkApp.h"
+#include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/RootWindow.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 #include "TFFramework/Utilities/Storage/TFFile.h"

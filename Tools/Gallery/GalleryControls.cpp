@@ -145,6 +145,12 @@ void LGalleryThrower::OnLeftClick(const RCPtr<LMouseButtonParam>& param) {
   throw std::runtime_error("A control of the gallery throws when it is clicked.");
 }
 
+RCPtr<LControlDescriptor> FindPart(const LControl& control, const String& name) {
+  for (const RCPtr<LControlDescriptor>& part : control.GetDescriptor()->mSubControls)
+    if (part->mName == name) return part;
+  return nullptr;
+}
+
 void TellGallery(const LControl& control, const String& text) {
   if (const RCPtr<LGalleryMain> main = FindMain(control)) main->Tell(text);
 }

@@ -90,6 +90,9 @@ class LGalleryThrower : public LGalleryTile {
   void OnLeftClick(const TF::RCPtr<TF::LMouseButtonParam>& param) override;
 };
 
+// What the skin says of a child, whether it was made or not; null for one that the skin does not have.
+TF::RCPtr<TF::LControlDescriptor> FindPart(const TF::LControl& control, const TF::String& name);
+
 // Shows a line in the foot of the gallery's window.
 void TellGallery(const TF::LControl& control, const TF::String& text);
 

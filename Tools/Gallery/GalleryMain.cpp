@@ -78,9 +78,7 @@ RCPtr<LControl> LGalleryMain::GetPage(const String& name, bool makes) {
   const RCPtr<LControl> page = FindChild(pageName);
   const RCPtr<LControlFactory> factory = LControlFactory::GetCurrent();
   if (page || !makes || !factory) return page;
-  for (const RCPtr<LControlDescriptor>& part : mDescriptor->mSubControls)
-    if (part->mName == pageName) return factory->CreateSubControl(RCPtr<LControl>(this), part);
-  return nullptr;
+  return factory->CreateSubControl(RCPtr<LControl>(this), FindPart(*this, pageName));
 }
 
 void LGalleryMain::ShowPage(const String& name) {

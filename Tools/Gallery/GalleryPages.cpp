@@ -1,11 +1,11 @@
 #include "Tools/Gallery/GalleryPages.h"
 
 #include "TFFramework/Application/FrameworkApp.h"
+#include "TFFramework/ControlBase/Clipboard.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/ControlBase/LayoutGuard.h"
 #include "TFFramework/Controls/CheckedListBox.h"
 #include "TFFramework/Controls/PopupMenu.h"
-#include "TFFramework/System/Clipboard.h"
 
 using namespace TF;
 
@@ -18,11 +18,6 @@ constexpr int kRecords = 100000;
 constexpr int kCheckedRecords = 40;
 constexpr int kSeveralRecords = 1000;
 constexpr double kProgressStep = 0.1;
-
-void ShowStatus(const String& text) {
-  if (LFrameworkApp* const application = LFrameworkApp::GetInstance())
-    application->SetStatusText(text, false);
-}
 
 }  // namespace
 
@@ -73,9 +68,7 @@ TFRESULT LGalleryCounter::HandleRepeat(const RCPtr<LNotificationDistributor>&, c
 TFRESULT LGalleryRows::OnDescriptorApplied() {
   const TFRESULT result = LPanel::OnDescriptorApplied();
   const RCPtr<LControlFactory> factory = LControlFactory::GetCurrent();
-  RCPtr<LControlDescriptor> row;
-  for (const RCPtr<LControlDescriptor>& part : mDescriptor->mSubControls)
-    if (part->mName == u"row") row = part;
+  const RCPtr<LControlDescriptor> row = FindPart(*this, u"row");
   if (Failed(result) || !factory || !row || FindChild(u"row1")) return result;
   {
     const LayoutGuard bulk(mInLayout);
@@ -184,8 +177,10 @@ void LGalleryStatus::OnButton(const RCPtr<LButton>& button) {
   if (name == u"less") bar->SetValue(bar->GetValue() - kProgressStep);
   if (name == u"more") bar->SetValue(bar->GetValue() + kProgressStep);
   if (name == u"estimate") bar->SetEstimateTime(true);
-  if (name != u"texts") return;
-  for (const char16_t* const text : {u"first text", u"second text", u"third text"}) ShowStatus(text);
+  LFrameworkApp* const application = LFrameworkApp::GetInstance();
+  if (name != u"texts" || !application) return;
+  for (const char16_t* const text : {u"first text", u"second text", u"third text"})
+    application->SetStatusText(text, false);
 }
 
 void RegisterGalleryPages(LControlFactory& factory) {

@@ -8,6 +8,7 @@
 
 #include "TFFramework/Application/ApplicationFolders.h"
 #include "TFFramework/Application/CursorTable.h"
+#include "TFFramework/ControlBase/Clipboard.h"
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/ControlBase/GlobalHotKeyManager.h"
@@ -18,7 +19,6 @@
 #include "TFFramework/ObjectBase/Exception.h"
 #include "TFFramework/Renderer/FontRenderer/Font.h"
 #include "TFFramework/Renderer/Renderer.h"
-#include "TFFramework/System/Clipboard.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
 
 namespace TF {

@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "TFFramework/Application/FrameworkApp.h"
+#include "TFFramework/ControlBase/Clipboard.h"
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/Notification/Notification.h"
-#include "TFFramework/System/Clipboard.h"
 #include "TFFramework/System/OSWindow.h"
 
 namespace TF {

@@ -1,4 +1,4 @@
-#include "TFFramework/System/Clipboard.h"
+#include "TFFramework/ControlBase/Clipboard.h"
 
 #include <gtest/gtest.h>
 

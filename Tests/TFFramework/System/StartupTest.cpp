@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "App/Resources/ProgramResources.h"
+#include "TFFramework/ControlBase/Clipboard.h"
 #include "TFFramework/ControlBase/Control.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/Notification/NotificationCenterManager.h"
 #include "TFFramework/Renderer/FontRenderer/Font.h"
 #include "TFFramework/System/ApplicationBase.h"
-#include "TFFramework/System/Clipboard.h"
 #include "TFFramework/System/MFCFrameworkApp.h"
 #include "TFFramework/Utilities/Storage/Resources.h"
 #include "Tests/Support/Eventually.h"

@@ -1,4 +1,4 @@
-#include "TFFramework/System/Clipboard.h"
+#include "TFFramework/ControlBase/Clipboard.h"
 
 #include <stdexcept>
 #include <utility>
@@ -6,6 +6,7 @@
 #include "Platform/WindowSystem.h"
 #include "TFFramework/Application/FrameworkApp.h"
 #include "TFFramework/ControlBase/Control.h"
+#include "TFFramework/ControlBase/LayoutGuard.h"
 #include "TFFramework/ControlBase/RootWindow.h"
 #include "TFFramework/ObjectBase/Exception.h"
 #include "TFFramework/Utilities/Storage/DiagnosticsLog.h"
@@ -26,18 +27,6 @@ bool TakeText(const LTaggableObject& object, String& text) {
   text = object.ToString();
   return !(text == object.LRefCountedObject::ToString());
 }
-
-// Marks a time, to its end on every road.
-class Marked {
- public:
-  explicit Marked(bool& mark) : mMark(mark) { mMark = true; }
-  Marked(const Marked&) = delete;
-  Marked& operator=(const Marked&) = delete;
-  ~Marked() { mMark = false; }
-
- private:
-  bool& mMark;
-};
 
 }  // namespace
 
@@ -113,7 +102,7 @@ void LClipboard::OnEditRequest(std::int32_t operation) {
 
 TFRESULT LClipboard::SetContents(const RCPtr<LTaggableObject>& object) {
   if (mSetting) return kNothingDone;
-  const Marked setting(mSetting);
+  const LayoutGuard setting(mSetting);
   mContents = object;
   return object ? HandOver(object) : kSuccess;
 }

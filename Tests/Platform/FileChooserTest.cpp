@@ -21,6 +21,7 @@
 #include "Platform/Desktop.h"
 #include "Platform/NativePath.h"
 #include "Tests/Support/DesktopWindow.h"
+#include "Tests/Support/Eventually.h"
 #include "Tests/Support/Portal/SessionBus.h"
 #include "Tests/Support/Portal/StandInPortal.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -34,6 +35,7 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using Conduct = TestSupport::StandInPortal::Conduct;
 using Outcome = FileChoice::Outcome;
+using TestSupport::Eventually;
 using TestSupport::ReadWholeFile;
 using TestSupport::Shell;
 using TestSupport::StandInPortal;
@@ -78,10 +80,6 @@ class FileChooserTest : public testing::Test {
       act();
       mSystem->RequestQuit();
     });
-  }
-
-  static void WaitForFile(const std::filesystem::path& path) {
-    while (!std::filesystem::exists(path)) std::this_thread::yield();
   }
 
   const std::string mFormerPath = std::getenv("PATH");
@@ -150,17 +148,21 @@ TEST_F(FileChooserTest, TellsThePortalWhatIsWanted) {
   EXPECT_THAT(question, HasSubstr("'current_folder': <b'" + mFolder.Path().string() + "'>"));
 }
 
+// Nobody else is asked then: the dialog may have been shown.
 TEST_F(FileChooserTest, SurvivesTheEndOfTheBus) {
-  TestSupport::SessionBus bus;
-  StandInPortal portal(bus.GetAddress(), {Conduct::kKeepsSilent, 0, {}});
-  std::thread end([&] {
-    while (portal.GetQuestion().empty()) std::this_thread::yield();
-    bus.End();
-  });
-  const FileChoice choice = Choose();
-  end.join();
-  EXPECT_EQ(choice.mOutcome, Outcome::kFailed);
-  EXPECT_THAT(choice.mReason, HasSubstr("has gone before"));
+  PutZenity("exit 1\n");
+  for (const Conduct conduct : {Conduct::kKeepsSilent, Conduct::kTakesNothing}) {
+    TestSupport::SessionBus bus;
+    StandInPortal portal(bus.GetAddress(), {conduct, 0, {}});
+    std::thread end([&] {
+      Eventually([&] { return !portal.GetQuestion().empty(); });
+      bus.End();
+    });
+    const FileChoice choice = Choose();
+    end.join();
+    EXPECT_EQ(choice.mOutcome, Outcome::kFailed);
+    EXPECT_THAT(choice.mReason, HasSubstr("has gone before"));
+  }
 }
 
 // No listener hears what the user does beside the dialog; what is shown stays shown.
@@ -174,7 +176,7 @@ TEST_F(FileChooserTest, SwallowsInputAndShowsWindowsWhileItWaits) {
   };
   const std::string window = std::to_string(mWindow->GetNativeHandle());
   std::thread user = QuitAfter([&] {
-    while (portal.GetQuestion().empty()) std::this_thread::yield();
+    EXPECT_TRUE(Eventually([&] { return !portal.GetQuestion().empty(); }));
     Shell("xdotool mousemove 150 170 click 1 click 4 key a && wmctrl -i -c " + window);
     Shell("xdotool windowmove " + window + " 2000 2000 windowmove " + window + " 100 120");
     EXPECT_EQ(exposed.get_future().wait_for(std::chrono::seconds(60)), std::future_status::ready);
@@ -187,7 +189,7 @@ TEST_F(FileChooserTest, SwallowsInputAndShowsWindowsWhileItWaits) {
   mRecorder.mOnLine = nullptr;
   Shell("xdotool mousemove 160 180 click 1");
   EXPECT_TRUE(TestSupport::PumpUntil(*mSystem, [&] { return !mRecorder.Only({"press"}).empty(); }));
-  while (!portal.IsAskerGone()) std::this_thread::yield();
+  EXPECT_TRUE(Eventually([&] { return portal.IsAskerGone(); }));
 }
 
 TEST_F(FileChooserTest, AsksZenityWhereNoPortalAnswers) {
@@ -250,9 +252,11 @@ TEST_F(FileChooserTest, TakesZenityFromTheScreenWhenTheProgramIsToEnd) {
   const std::filesystem::path number = mFolder.Entry("number");
   PutZenity("echo $$ > " + number.string() + ".part; mv " + number.string() + ".part " + number.string() +
             "\ntrap '' TERM\nexec sleep 1000\n");
-  std::thread user = QuitAfter([&] { WaitForFile(number); });
-  EXPECT_EQ(Choose().mOutcome, Outcome::kCancelled);
+  std::thread user =
+      QuitAfter([&] { EXPECT_TRUE(Eventually([&] { return std::filesystem::exists(number); })); });
+  const FileChoice choice = Choose();
   user.join();
+  EXPECT_EQ(choice.mOutcome, Outcome::kCancelled) << choice.mReason;
   EXPECT_TRUE(mSystem->TakeQuitRequest());
   EXPECT_EQ(kill(std::stoi(ReadWholeFile(number)), 0), -1);
   EXPECT_EQ(errno, ESRCH);

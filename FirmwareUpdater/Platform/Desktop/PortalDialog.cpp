@@ -67,6 +67,8 @@ class PortalDialog {
   void OnResponse(GVariant* parameters);
   void TakeFiles(GVariant* results);
   void Fail(const std::string& reason);
+  // Also with the question on its way: what it has opened is not known.
+  void LoseBus() { Fail("the session bus has gone before the portal answered"); }
   void End(FileChoice choice) {
     if (!mChoice) mChoice = std::move(choice);
   }
@@ -251,6 +253,7 @@ void PortalDialog::HandleOpened(GObject* connection, GAsyncResult* result, void*
   Self(data).mIsCallPending = false;
   Self(data).mIsOpen = reply != nullptr;
   if (error) Self(data).mError = error->message;
+  if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CLOSED)) Self(data).LoseBus();
 }
 
 void PortalDialog::HandleResponse(GDBusConnection*, const char*, const char*, const char*, const char*,
@@ -267,7 +270,7 @@ void PortalDialog::HandleOwner(GDBusConnection*, const char*, const char*, const
 }
 
 void PortalDialog::HandleClosed(GDBusConnection*, gboolean, GError*, void* data) {
-  if (Self(data).mIsOpen) Self(data).Fail("the session bus has gone before the portal answered");
+  Self(data).LoseBus();
 }
 
 }  // namespace

@@ -111,6 +111,10 @@ void StandInPortal::Answering(GDBusMethodInvocation* invocation, GVariant* param
                                                "No dialog");
     return;
   }
+  if (conduct == Conduct::kTakesNothing) {
+    g_object_unref(invocation);
+    return;
+  }
   const std::string path = RequestPath(parameters, asker);
   if (conduct == Conduct::kAnswersFirst) Respond(path, asker.c_str());
   g_dbus_method_invocation_return_value(invocation, g_variant_new("(o)", path.c_str()));

@@ -20,6 +20,7 @@ class StandInPortal {
     kAnswersFirst,    // Before it tells that it has taken the question.
     kAnswersWrongly,  // With a value that is no answer.
     kKeepsSilent,     // The dialog stays open.
+    kTakesNothing,    // Not even the question.
     kDies,            // With the dialog open.
     kRefuses,         // There is no dialog behind it.
   };

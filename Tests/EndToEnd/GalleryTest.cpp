@@ -8,6 +8,8 @@
 #include "Tests/EndToEnd/ProgramRun.h"
 #include "Tests/Support/DesktopWindow.h"
 #include "Tests/Support/Eventually.h"
+#include "Tests/Support/Portal/SessionBus.h"
+#include "Tests/Support/Portal/StandInPortal.h"
 #include "Tests/Support/ScreenPixels.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Support/WindowManager.h"
@@ -207,6 +209,31 @@ TEST_F(GalleryTest, TextsGoToOtherProgramsAndComeBack) {
   Shell("printf 'from elsewhere' | timeout -k 1 30 xclip -selection clipboard -i >/dev/null 2>&1");
   edit(91);  // Paste.
   ASSERT_TRUE(mRun->WaitForOutput("clip: from elsewhere\n"));
+}
+
+TEST_F(GalleryTest, FilesComeFromTheDesktopsDialog) {
+  using Portal = TestSupport::StandInPortal;
+  const TestSupport::SessionBus bus;
+  const auto open = [this](Portal& portal) {
+    Click(20, 12);
+    EXPECT_TRUE(Shows(20, 30, 0xFFFFFF));
+    Click(40, 41);
+    EXPECT_TRUE(Eventually([&] { return !portal.GetQuestion().empty(); }));
+    EXPECT_NE(portal.GetQuestion().find("'Open a file'"), std::string::npos) << portal.GetQuestion();
+  };
+  {
+    const std::string path = mFolder.WriteFile("picture.png", "");
+    Portal portal(bus.GetAddress(), {Portal::Conduct::kAnswers, 0, {"file://" + path}});
+    Start();
+    open(portal);
+    ASSERT_TRUE(mRun->WaitForOutput("file: " + path + "\n"));
+  }
+  // Without an answer the window goes on.
+  Portal portal(bus.GetAddress(), {Portal::Conduct::kDies, 0, {}});
+  open(portal);
+  ASSERT_TRUE(mRun->WaitForOutput("no file\n"));
+  Click(kTabDrag, kTabY);
+  EXPECT_TRUE(mRun->WaitForOutput("Drag page\n"));
 }
 
 TEST_F(GalleryTest, TipsShowAndGoAndTheBarFills) {

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "Platform/NativePath.h"
 #include "TFFramework/Application/FrameworkApp.h"
 #include "TFFramework/ControlBase/ControlFactory.h"
 #include "Tools/Gallery/GalleryControls.h"
@@ -62,7 +63,8 @@ TFRESULT LGalleryMain::HandleOpen(const RCPtr<LNotificationDistributor>&, const 
   if (!mFileDialog) mFileDialog = MakeRC<LFileDialog>(String());
   const TFRESULT result =
       mFileDialog->Show(u"Pictures|*.png;*.jpg|All files|*.*", u"", u"Open a file", false);
-  Tell(Failed(result) ? String(u"no file") : u"file: " + mFileDialog->GetPath());
+  Tell(Failed(result) ? String(u"no file")
+                      : u"file: " + FromUtf8(Platform::ToNativePath(mFileDialog->GetPath().View())));
   return kSuccess;
 }
 

@@ -210,6 +210,9 @@ class LControl : public virtual LNotificationClient,
                      const LayoutPosition& yPosition, const LayoutSize& ySize);
   TFRESULT SetAxisLayout(LayoutAxis axis, const LayoutPosition& position, const LayoutSize& size);
   TFRESULT GetAxisLayout(LayoutAxis axis, LayoutPosition& position, LayoutSize& size) const;
+  // The size stays.
+  TFRESULT SetAxisPosition(LayoutAxis axis, const LayoutPosition& position);
+  LayoutPosition GetAxisPosition(LayoutAxis axis) const;
   TFRESULT SetAxisLimits(LayoutAxis axis, const LayoutLimit& minimum, const LayoutLimit& maximum);
   TFRESULT GetAxisLimits(LayoutAxis axis, LayoutLimit& minimum, LayoutLimit& maximum) const;
   // A sibling was renamed. kNothingDone when the layout does not name it.
@@ -283,13 +286,13 @@ class LControl : public virtual LNotificationClient,
   // kFailure when no control can have it.
   virtual TFRESULT SetFocus(bool forward);
   virtual void SetNotFocusable(bool notFocusable);
-  // A focus root may have the focus below a control that may not.
-  void SetFocusRoot(bool focusRoot) { mFocusRoot = focusRoot; }
   virtual bool HasFocusableChild();
   bool CanTakeFocus();
   bool HasFocus() const { return mHasFocus; }
   bool ContainsFocus() const { return mContainsFocus; }
   bool IsNotFocusable() const { return mNotFocusable; }
+  // Takes the focus whether or not what is above it may.
+  void SetFocusRoot(bool focusRoot) { mFocusRoot = focusRoot; }
   bool CanLoseFocus() override;
   void LoseFocus() override;
   // Null when child is no child, or when there is none.
@@ -326,8 +329,8 @@ class LControl : public virtual LNotificationClient,
   virtual void OnRightClicked(const RCPtr<LMouseButtonParam>& param);
   virtual void ShowToolTip(bool show);
   virtual RCPtr<LMenuDescriptor> GetContextMenu() { return mContextMenu; }
-  // Those of its texts, by their numbers; null for a number without a menu.
-  std::vector<RCPtr<LMenuDescriptor>> GetContextMenus() const;
+  // All that its texts give, by their numbers; null for a number without one. kNothingDone without any.
+  TFRESULT GetContextMenus(std::vector<RCPtr<LMenuDescriptor>>& menus);
   // Asks this control how items of menus are to be shown.
   const RCPtr<LMenuItemUpdater>& GetMenuItemUpdater();
   virtual void OnContextMenuOpening(const RCPtr<LControl>& popup);

@@ -68,8 +68,10 @@ void LControl::ShowContextMenu() {
   if (opener && !mDestroyed) opener->ShowAtPointer();
 }
 
-std::vector<RCPtr<LMenuDescriptor>> LControl::GetContextMenus() const {
-  return mStringSection ? ReadContextMenus(*mStringSection) : std::vector<RCPtr<LMenuDescriptor>>();
+TFRESULT LControl::GetContextMenus(std::vector<RCPtr<LMenuDescriptor>>& menus) {
+  const RCPtr<LStringTable> section = GetStringSection();
+  menus = section ? ReadContextMenus(*section) : std::vector<RCPtr<LMenuDescriptor>>();
+  return menus.empty() ? kNothingDone : kSuccess;
 }
 
 const RCPtr<LMenuItemUpdater>& LControl::GetMenuItemUpdater() {

@@ -115,10 +115,6 @@ RectT<double> PlaceIn(LControl& control, const Surroundings& around) {
   return SnapFrame(spans[kX], spans[kY]);
 }
 
-bool IsAxis(LayoutAxis axis) {
-  return axis == LayoutAxis::kX || axis == LayoutAxis::kY;
-}
-
 }  // namespace
 
 TFRESULT LControl::Relayout() {
@@ -159,6 +155,20 @@ TFRESULT LControl::SetLayout(const LayoutPosition& xPosition, const LayoutSize& 
 TFRESULT LControl::SetAxisLayout(LayoutAxis axis, const LayoutPosition& position, const LayoutSize& size) {
   const TFRESULT result = StoreAxis(axis, position, size);
   return Failed(result) ? result : Relayout();
+}
+
+TFRESULT LControl::SetAxisPosition(LayoutAxis axis, const LayoutPosition& position) {
+  LayoutPosition former;
+  LayoutSize size;
+  const TFRESULT result = GetAxisLayout(axis, former, size);
+  return Failed(result) ? result : SetAxisLayout(axis, position, size);
+}
+
+LayoutPosition LControl::GetAxisPosition(LayoutAxis axis) const {
+  LayoutPosition position;
+  LayoutSize size;
+  GetAxisLayout(axis, position, size);
+  return position;
 }
 
 TFRESULT LControl::GetAxisLayout(LayoutAxis axis, LayoutPosition& position, LayoutSize& size) const {

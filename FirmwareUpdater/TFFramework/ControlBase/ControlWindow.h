@@ -54,10 +54,10 @@ class IControlWindow {
   // Called by the control that gets or loses the focus, or the mouse. Who had the mouse before is asked to
   // release it.
   virtual RCPtr<LControl> GetFocusControl() = 0;
-  // The one that had the focus before the last one that lost it; null for none.
-  virtual RCPtr<LControl> GetSavedFocusControl() = 0;
   virtual void SetFocusControl(const RCPtr<LControl>& control) = 0;
   virtual void ClearFocusControl() = 0;
+  // That had the focus before; null when there was none, or when it has gone.
+  virtual RCPtr<LControl> GetPreviousFocusControl() = 0;
   virtual TFRESULT SetCaptureControl(const RCPtr<LControl>& control) = 0;
   virtual void ClearCaptureControl() = 0;
 

@@ -16,7 +16,7 @@ constexpr std::u16string_view kMenuLabel = u"MENU_LABEL.";
 constexpr std::int32_t kMostMenus = 1000;
 // Submenus below one another.
 constexpr int kDeepest = 64;
-// Items of one menu with all its submenus, which may name the same ones again and again.
+// Items of a menu with all that is below it, which may name one list many times.
 constexpr int kMostItems = 10000;
 
 struct Entry {
@@ -75,7 +75,7 @@ class Builder {
 
  private:
   void AddTo(LMenuDescriptor& menu, const Entry& entry) {
-    if (++mItems > kMostItems) return;
+    if (mItemCount >= kMostItems) return;
     const std::u16string_view text = entry.mText.View();
     const std::size_t bar = text.find(u'|');
     const String label(text.substr(0, bar));
@@ -86,6 +86,7 @@ class Builder {
       menu.AddItem(-1, label, entry.mIdentifier, true, false);
     }
     TakeKeyText(menu, text, bar);
+    ++mItemCount;
   }
   // A list that leads to itself has no end.
   void AddSubmenu(LMenuDescriptor& menu, const Entry& entry, const String& label) {
@@ -94,6 +95,7 @@ class Builder {
     menu.AddItem(-1, label, String(), true, false);
     const RCPtr<LMenuItemDescriptor> item = menu.GetItem(menu.GetItemCount() - 1);
     TakeKeyText(menu, entry.mText.View(), entry.mText.View().find(u'|'));
+    ++mItemCount;
     Fill(*item, name);
   }
   static void TakeKeyText(LMenuDescriptor& menu, std::u16string_view text, std::size_t bar) {
@@ -103,7 +105,7 @@ class Builder {
 
   const Lists& mLists;
   std::set<String> mOpen;
-  int mItems = 0;
+  int mItemCount = 0;
 };
 
 }  // namespace
@@ -126,20 +128,6 @@ RCPtr<LMenuDescriptor> ReadContextMenu(const LStringTable& section) {
   return CreateMenu(texts);
 }
 
-std::vector<String> ReadMenuLabels(const LStringTable& section) {
-  std::vector<String> labels;
-  for (const auto& [identifier, text] : section.GetStrings()) {
-    const std::u16string_view key = identifier.View();
-    if (key.substr(0, kMenuLabel.size()) != kMenuLabel) continue;
-    const std::int32_t index = ParseNumber(key.substr(kMenuLabel.size()));
-    if (index >= kMostMenus) continue;
-    const auto place = static_cast<std::size_t>(index);
-    labels.resize(std::max(labels.size(), place + 1));
-    labels[place] = text;
-  }
-  return labels;
-}
-
 std::vector<RCPtr<LMenuDescriptor>> ReadContextMenus(const LStringTable& section) {
   if (const RCPtr<LMenuDescriptor> one = ReadContextMenu(section)) return {one};
   std::map<std::int32_t, MenuTexts> numbered;
@@ -159,6 +147,19 @@ std::vector<RCPtr<LMenuDescriptor>> ReadContextMenus(const LStringTable& section
     menus.back() = CreateMenu(texts);
   }
   return menus;
+}
+
+std::vector<String> ReadMenuLabels(const LStringTable& section) {
+  std::vector<String> labels;
+  for (const auto& [identifier, text] : section.GetStrings()) {
+    const std::u16string_view key = identifier.View();
+    if (key.substr(0, kMenuLabel.size()) != kMenuLabel) continue;
+    const auto place = static_cast<std::size_t>(ParseNumber(key.substr(kMenuLabel.size())));
+    if (place >= kMostMenus) return {};
+    labels.resize(std::max(labels.size(), place + 1));
+    labels[place] = text;
+  }
+  return labels;
 }
 
 }  // namespace TF

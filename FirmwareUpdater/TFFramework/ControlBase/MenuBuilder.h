@@ -19,16 +19,15 @@ using MenuTexts = std::vector<std::pair<String, String>>;
 // A key is an index and a notification, for an item of the menu itself; or before these the name of a
 // submenu whose item it is. A notification that ends with a point is the name of a submenu that the item
 // opens. An index counts when it is the next of its list. A text is what the item shows and, behind "|", the
-// text of its key; "-" is a separator. A menu takes 10,000 items, those of its submenus included, and leaves
-// out what comes behind them.
+// text of its key; "-" is a separator.
 RCPtr<LMenuDescriptor> CreateMenu(const MenuTexts& texts);
 
 // The context menus in the texts of a control: the one below "CONTEXT_MENU.", or else those below
 // "CONTEXT_MENU0.", "CONTEXT_MENU1." and so on, by their numbers; null for a number without a menu.
 std::vector<RCPtr<LMenuDescriptor>> ReadContextMenus(const LStringTable& section);
 
-// The labels of the entries of a menu bar: the texts "MENU_LABEL.0" and so on, by their numbers; empty for a
-// number without one.
+// What stands on a bar for menus of these numbers: "MENU_LABEL.00" and so on; empty where one is left out.
+// None at all when a number is beyond that of any menu.
 std::vector<String> ReadMenuLabels(const LStringTable& section);
 
 // The one below "CONTEXT_MENU."; null without it.

@@ -229,16 +229,16 @@ RCPtr<LControl> LRootWindow::GetFocusControl() {
   return mFocusControl;
 }
 
-RCPtr<LControl> LRootWindow::GetSavedFocusControl() {
-  return mSavedFocusControl;
-}
-
 void LRootWindow::SetFocusControl(const RCPtr<LControl>& control) {
   mFocusControl = control;
 }
 
 void LRootWindow::ClearFocusControl() {
   mSavedFocusControl = std::exchange(mFocusControl, RCPtr<LControl>());
+}
+
+RCPtr<LControl> LRootWindow::GetPreviousFocusControl() {
+  return mSavedFocusControl;
 }
 
 TFRESULT LRootWindow::SetCaptureControl(const RCPtr<LControl>& control) {

@@ -105,9 +105,9 @@ class LRootWindow : public LNotificationDistributor, public LNotificationQueue, 
   bool GetMousePosition(PointT<std::int32_t>& point) override;
   std::uint32_t GetMouseButtons() override;
   RCPtr<LControl> GetFocusControl() override;
-  RCPtr<LControl> GetSavedFocusControl() override;
   void SetFocusControl(const RCPtr<LControl>& control) override;
   void ClearFocusControl() override;
+  RCPtr<LControl> GetPreviousFocusControl() override;
   TFRESULT SetCaptureControl(const RCPtr<LControl>& control) override;
   void ClearCaptureControl() override;
   void ProcessUnhandledKey(const RCPtr<LKeyParam>& param) override;

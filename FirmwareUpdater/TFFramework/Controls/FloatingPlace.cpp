@@ -7,15 +7,13 @@
 namespace TF {
 
 void PlaceFromParent(LControl& control, LayoutAxis axis, double position) {
-  LayoutPosition place;
-  LayoutSize size;
-  control.GetAxisLayout(axis, place, size);
+  LayoutPosition place = control.GetAxisPosition(axis);
   place.mReference = PositionReference::kParent;
   place.mAnchor = 0;
   place.mRel = 0;
   place.mAbs = position;
   place.mIsDocked = true;
-  control.SetAxisLayout(axis, place, size);
+  control.SetAxisPosition(axis, place);
 }
 
 void PlaceInWindow(LControl& control, const PointT<double>& point) {

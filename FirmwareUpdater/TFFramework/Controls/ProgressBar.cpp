@@ -85,12 +85,9 @@ void LProgressBar::FillOverlay() {
   const double percent = mValue * 100;
   const double fill = RoundCoordinate(mBounds.mWidth * percent / 100);
   if (fill < 1) return mActiveOverlay->SetVisible(false);
-  LayoutPosition position;
   LayoutSize size;
-  mActiveOverlay->GetAxisLayout(LayoutAxis::kX, position, size);
-  size = LayoutSize();
   size.mAbs = fill;
-  mActiveOverlay->SetAxisLayout(LayoutAxis::kX, position, size);
+  mActiveOverlay->SetAxisLayout(LayoutAxis::kX, mActiveOverlay->GetAxisPosition(LayoutAxis::kX), size);
   mActiveOverlay->SetVisible(true);
 }
 

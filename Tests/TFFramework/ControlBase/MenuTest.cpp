@@ -1,4 +1,3 @@
-#include <functional>
 #include <string>
 
 #include "TFFramework/ControlBase/Control.h"
@@ -72,21 +71,27 @@ TEST(MenuBuilderTest, SubmenusEndSomewhere) {
   EXPECT_LT(depth, 100);
 }
 
-// Each level names the next one twice: a handful of texts would make billions of items.
-TEST(MenuBuilderTest, SubmenusThatAreNamedAgainAndAgainFillNoMemory) {
-  MenuTexts texts{{u"00.l0.", u"x"}};
-  for (int level = 0; level < 40; ++level) {
+std::int32_t CountItems(const LMenuDescriptor& menu) {
+  std::int32_t count = menu.GetItemCount();
+  for (std::int32_t index = 0; index < menu.GetItemCount(); ++index)
+    count += CountItems(*menu.GetItem(index));
+  return count;
+}
+
+// However many texts there are, and however often they name the same list.
+TEST(MenuBuilderTest, AMenuHasAnEnd) {
+  MenuTexts texts;
+  for (int item = 0; item < 10050; ++item) texts.emplace_back(FromUtf8(std::to_string(item) + ".A"), u"a");
+  EXPECT_EQ(CountItems(*CreateMenu(texts)), 10000);
+  texts = {{u"00.l0.", u"x"}, {u"01.l0.", u"x"}};
+  for (int level = 0; level < 60; ++level) {
     const String name = FromUtf8("l" + std::to_string(level)),
-                 next = FromUtf8("l" + std::to_string(level + 1));
-    for (const char16_t* index : {u".00.", u".01."}) texts.emplace_back(name + index + next + u".", u"x");
+                 next = FromUtf8("l" + std::to_string(level + 1) + ".");
+    texts.emplace_back(name + u".00." + next, u"x");
+    texts.emplace_back(name + u".01." + next, u"x");
   }
-  texts.emplace_back(u"l40.00.A", u"a");
-  const std::function<int(const LMenuDescriptor&)> count = [&count](const LMenuDescriptor& menu) {
-    int items = menu.GetItemCount();
-    for (std::int32_t index = 0; index < menu.GetItemCount(); ++index) items += count(*menu.GetItem(index));
-    return items;
-  };
-  EXPECT_EQ(count(*CreateMenu(texts)), 10000);
+  texts.emplace_back(u"l60.00.A", u"a");
+  EXPECT_EQ(CountItems(*CreateMenu(texts)), 10000);
 }
 
 TEST(MenuBuilderTest, AControlHasOneMenuOrSeveral) {
@@ -105,6 +110,21 @@ TEST(MenuBuilderTest, AControlHasOneMenuOrSeveral) {
     for (const auto& menu : ReadContextMenus(*MakeRC<LStringTable>(each.mTexts)))
       menus += Show(menu.Get()) + ";";
     EXPECT_EQ(menus, each.mMenus);
+  }
+}
+
+TEST(MenuBuilderTest, LabelsAreReadByTheirNumbers) {
+  struct Case {
+    LStringTable::Strings mTexts;
+    std::vector<String> mLabels;
+  };
+  for (const Case& each :
+       {Case{{{u"MENU_LABEL.00", u"a"}, {u"MENU_LABEL.01", u"b"}}, {u"a", u"b"}},
+        Case{{{u"MENU_LABEL.2", u"c"}, {u"MENU_LABEL", u"x"}, {u"LABEL", u"y"}}, {u"", u"", u"c"}},
+        Case{{{u"MENU_LABEL.0", u"a"}, {u"MENU_LABEL.00", u"b"}}, {u"b"}},
+        Case{{{u"MENU_LABEL.00", u"a"}, {u"MENU_LABEL.1000", u"b"}}, {}},
+        Case{{{u"MENU_LABEL.99999999999999999999", u"b"}}, {}}, Case{{}, {}}}) {
+    EXPECT_EQ(ReadMenuLabels(*MakeRC<LStringTable>(each.mTexts)), each.mLabels);
   }
 }
 

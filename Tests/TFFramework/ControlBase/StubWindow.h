@@ -29,7 +29,7 @@ class StubWindow : public LRootWindow {
   void ShowNamedCursor(const String& name) override { mAsked.push_back("cursor " + ToUtf8(name)); }
   void ForgetControl(LControl& control) override {
     mAsked.push_back("forget " + ToUtf8(control.GetName()));
-    for (RCPtr<LControl>* field : {&mFocus, &mSavedFocus, &mCapture, &mHover}) {
+    for (RCPtr<LControl>* field : {&mFocus, &mPreviousFocus, &mCapture, &mHover}) {
       if (*field == &control) *field = nullptr;
     }
   }
@@ -56,8 +56,8 @@ class StubWindow : public LRootWindow {
   std::uint32_t GetMouseButtons() override { return mButtons; }
   RCPtr<LControl> GetFocusControl() override { return mFocus; }
   void SetFocusControl(const RCPtr<LControl>& control) override { mFocus = control; }
-  RCPtr<LControl> GetSavedFocusControl() override { return mSavedFocus; }
-  void ClearFocusControl() override { mSavedFocus = std::exchange(mFocus, nullptr); }
+  void ClearFocusControl() override { mPreviousFocus = std::exchange(mFocus, nullptr); }
+  RCPtr<LControl> GetPreviousFocusControl() override { return mPreviousFocus; }
   TFRESULT SetCaptureControl(const RCPtr<LControl>& control) override {
     if (const RCPtr<LControl> before = mCapture) before->ReleaseMouse();
     mCapture = control;
@@ -109,7 +109,8 @@ class StubWindow : public LRootWindow {
 
   std::uintptr_t mCursor = 7;
   RCPtr<LControl> mTop;
-  RCPtr<LControl> mFocus, mSavedFocus;
+  RCPtr<LControl> mFocus;
+  RCPtr<LControl> mPreviousFocus;
   RCPtr<LControl> mCapture;
   RCPtr<LControl> mHover;
   std::optional<PointT<std::int32_t>> mMouse;

@@ -2,15 +2,12 @@
 
 #include <string>
 
-#include "TFFramework/ControlBase/ControlFactory.h"
 #include "TFFramework/Controls/ComboMenu.h"
 #include "Tests/TFFramework/Controls/BarSkin.h"
 
 namespace TF {
 
-// Menus for skins that stand in a test: 100 pixels wide, with rows of 20, and faces of 50 by 24.
-
-constexpr int kTestRow = 20;
+// Menus for skins that stand in a test: popups of 100 pixels with rows of 20.
 
 class TestPopup : public Touchable<LPopupMenu> {
  public:
@@ -22,18 +19,10 @@ class TestPopup : public Touchable<LPopupMenu> {
 
 using TestCombo = Touchable<LComboMenu>;
 
-// Hears what menus report.
-class Owner : public ProbeControl {
- public:
-  using ProbeControl::ProbeControl;
+constexpr int kTestRow = 20;
 
-  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
-                      const RCPtr<LNotification>& notification) override {
-    const RCPtr<LMenuActivationParam> chosen(notification->GetData());
-    if (chosen) Tell(ToUtf8(notification->GetId()) + " " + std::to_string(chosen->mIndex));
-    ProbeControl::OnNotification(sender, notification);
-  }
-};
+constexpr std::uint32_t kUp = 0x26, kDown = 0x28, kLeftKey = 0x25, kRightKey = 0x27, kEnter = 0x0D,
+                        kEscape = 0x1B;
 
 inline std::string TestPopupPart(const std::string& name, const std::string& place) {
   return Part("Popup", name,
@@ -41,45 +30,61 @@ inline std::string TestPopupPart(const std::string& name, const std::string& pla
               Part("Item", "templateItem", FillAxis('X') + SizeOnAxis('Y', kTestRow)));
 }
 
-inline std::string TestComboPart(const std::string& name, int x) {
-  return Part("Combo", name,
-              "XPositionAbs='" + std::to_string(x) + "' XSizeAbs='50' YSizeAbs='24' TabStop='0'",
+// A face with a popup below it.
+inline std::string TestMenu(const std::string& name, const std::string& place) {
+  return Part("Combo", name, place + "TabStop='0'",
               TestPopupPart("popupMenu", "YPositionToControl='Parent' YPositionRel='1'"));
 }
 
-inline void RegisterMenuControls(LControlFactory& factory) {
-  factory.RegisterControlCreateFunction(u"Owner", MakeControl<Owner>);
-  factory.RegisterControlCreateFunction(u"Popup", MakeControl<TestPopup>);
-  factory.RegisterControlCreateFunction(u"Combo", MakeControl<TestCombo>);
-  factory.RegisterControlCreateFunction(u"Item", MakeControl<LMenuListBoxItem>);
-}
+class MenuFixture : public BarFixture {
+ protected:
+  static constexpr int kRow = kTestRow;
 
-// Items by their letters: a capital leads on to "x" and "y", '-' is a separator, '!' disables the next one.
-inline RCPtr<LMenuDescriptor> MakeTestMenu(const std::string& letters) {
-  auto menu = MakeRC<LMenuDescriptor>();
-  bool enabled = true;
-  for (const char letter : letters) {
-    if (letter == '!') {
-      enabled = false;
-      continue;
-    }
-    auto item = MakeRC<LMenuItemDescriptor>();
-    item->mText = FromUtf8(std::string(1, letter));
-    item->mIdentifier = FromUtf8(std::string("NID_") + letter);
-    item->mEnabled = enabled;
-    item->mSeparator = letter == '-';
-    if (letter >= 'A' && letter <= 'Z') {
-      for (const char* const sub : {"x", "y"}) {
-        auto below = MakeRC<LMenuItemDescriptor>();
-        below->mText = FromUtf8(sub);
-        below->mIdentifier = FromUtf8(std::string("NID_") + letter + sub);
-        item->AddItem(-1, below);
-      }
-    }
-    menu->AddItem(-1, item);
-    enabled = true;
+  void RegisterMore() override {
+    mFactory->RegisterControlCreateFunction(u"Popup", MakeControl<TestPopup>);
+    mFactory->RegisterControlCreateFunction(u"Combo", MakeControl<TestCombo>);
+    mFactory->RegisterControlCreateFunction(u"Item", MakeControl<LMenuListBoxItem>);
   }
-  return menu;
-}
+  // Items by their letters: a capital leads on to "x" and "y", '-' is a separator, '!' disables the next one.
+  static RCPtr<LMenuDescriptor> MakeMenu(const std::string& letters) {
+    auto menu = MakeRC<LMenuDescriptor>();
+    bool enabled = true;
+    for (const char letter : letters) {
+      if (letter == '!') {
+        enabled = false;
+        continue;
+      }
+      auto item = MakeRC<LMenuItemDescriptor>();
+      item->mText = FromUtf8(std::string(1, letter));
+      item->mIdentifier = FromUtf8(std::string("NID_") + letter);
+      item->mEnabled = enabled;
+      item->mSeparator = letter == '-';
+      if (letter >= 'A' && letter <= 'Z') {
+        for (const char* const sub : {"x", "y"}) {
+          auto below = MakeRC<LMenuItemDescriptor>();
+          below->mText = FromUtf8(sub);
+          below->mIdentifier = FromUtf8(std::string("NID_") + letter + sub);
+          item->AddItem(-1, below);
+        }
+      }
+      menu->AddItem(-1, item);
+      enabled = true;
+    }
+    return menu;
+  }
+  void Key(std::uint32_t virtualKey) { mWindow->Key(0x20000000 | virtualKey << 16); }
+  // A quarter of a second and a moment passes.
+  void PassDelay() {
+    Wait(0.251);
+    mWindow->Idle();
+  }
+  // The texts of the rows and the caret: "abc 1".
+  static std::string Show(const RCPtr<TestPopup>& popup) {
+    if (!popup || !popup->IsShown(false)) return "closed";
+    std::string text;
+    for (const auto& row : popup->mRows) text += ToUtf8(row->GetText());
+    return text + " " + std::to_string(popup->GetCaret());
+  }
+};
 
 }  // namespace TF

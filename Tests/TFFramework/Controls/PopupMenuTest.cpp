@@ -9,14 +9,31 @@
 namespace TF {
 namespace {
 
-// Menus of 100 pixels with rows of 20 in a window of 400 by 300.
-class PopupMenuTest : public BarFixture {
+// Hears what menus report.
+class Owner : public ProbeControl {
+ public:
+  using ProbeControl::ProbeControl;
+
+  void OnNotification(const RCPtr<LNotificationDistributor>& sender,
+                      const RCPtr<LNotification>& notification) override {
+    const RCPtr<LMenuActivationParam> chosen(notification->GetData());
+    if (chosen) Tell(ToUtf8(notification->GetId()) + " " + std::to_string(chosen->mIndex));
+    ProbeControl::OnNotification(sender, notification);
+  }
+};
+
+// In a window of 400 by 300.
+class PopupMenuTest : public MenuFixture {
  protected:
-  void RegisterMore() override { RegisterMenuControls(*mFactory); }
+  void RegisterMore() override {
+    MenuFixture::RegisterMore();
+    mFactory->RegisterControlCreateFunction(u"Owner", MakeControl<Owner>);
+  }
   void SetUp() override {
     mWindow->ProcessSize({400, 300});
-    MakeControls(Part("Owner", "owner", Place(0, 50, 400, 250) + "TabStop='0'") + TestComboPart("file", 0) +
-                     TestComboPart("edit", 50) + TestComboPart("far", 350),
+    MakeControls(Part("Owner", "owner", Place(0, 50, 400, 250) + "TabStop='0'") +
+                     TestMenu("file", Place(0, 0, 50, 24)) + TestMenu("edit", Place(50, 0, 50, 24)) +
+                     TestMenu("far", Place(350, 0, 50, 24)),
                  TestPopupPart("contextMenu", ""));
   }
   RCPtr<LControl> Control(const char16_t* name) const { return mMain->FindChild(name); }
@@ -25,16 +42,10 @@ class PopupMenuTest : public BarFixture {
   RCPtr<TestPopup> PopupOf(const char16_t* combo) const { return Control(combo)->FindChild(u"popupMenu"); }
   // A context menu at a point of the window.
   void Open(const std::string& letters, int x = 20, int y = 80) {
-    RCPtr<ProbeControl>(Control(u"owner"))->mContextMenu = MakeTestMenu(letters);
+    RCPtr<ProbeControl>(Control(u"owner"))->mContextMenu = MakeMenu(letters);
     mWindow->Click(x, y, kRight);
     ASSERT_TRUE(Popup());
     Forget();
-  }
-  void Key(std::uint32_t virtualKey) { mWindow->Key(0x20000000 | virtualKey << 16); }
-  // A quarter of a second and a moment passes.
-  void PassDelay() {
-    Wait(0.251);
-    mWindow->Idle();
   }
   // What the owner hears.
   std::vector<std::string> Chosen() const {
@@ -42,26 +53,16 @@ class PopupMenuTest : public BarFixture {
     std::erase_if(events, [](const std::string& event) { return event.find("NID_") == std::string::npos; });
     return events;
   }
-  // The texts of the rows and the caret: "abc 1".
-  static std::string Show(const RCPtr<TestPopup>& popup) {
-    if (!popup || !popup->IsShown(false)) return "closed";
-    std::string text;
-    for (const auto& row : popup->mRows) text += ToUtf8(row->GetText());
-    return text + " " + std::to_string(popup->GetCaret());
-  }
   bool IsEverythingClosed() {
     mWindow->Idle();
     return !Popup() && !mWindow->mCapture;
   }
 };
 
-constexpr std::uint32_t kUp = 0x26, kDown = 0x28, kLeftKey = 0x25, kRightKey = 0x27, kEnter = 0x0D,
-                        kEscape = 0x1B;
-
 TEST_F(PopupMenuTest, TheSelectionFollowsTheMouseAndAClickChooses) {
   Open("ab-!cd");
   EXPECT_EQ(Popup()->GetWindowPosition(), (PointT<double>{20, 80}));
-  EXPECT_EQ(Popup()->GetBounds().mHeight, 5 * kTestRow);
+  EXPECT_EQ(Popup()->GetBounds().mHeight, 5 * kRow);
   for (const auto& [y, shown] : {std::pair(85, "abcd 0"), std::pair(105, "abcd 1"), std::pair(125, "abcd 1"),
                                  std::pair(145, "abcd 1"), std::pair(165, "abcd 4")}) {
     mWindow->Move(30, y);
@@ -195,12 +196,12 @@ TEST_F(PopupMenuTest, ItemsMayGoWhileThePopupIsOpen) {
   mWindow->Move(30, 105);
   PassDelay();
   ASSERT_TRUE(Sub());
-  Popup()->SetMenu(MakeTestMenu("z"));
+  Popup()->SetMenu(MakeMenu("z"));
   mWindow->Idle();
   EXPECT_EQ(Show(Popup()), "z -1");
-  EXPECT_EQ(Popup()->GetBounds().mHeight, kTestRow);
+  EXPECT_EQ(Popup()->GetBounds().mHeight, kRow);
   EXPECT_FALSE(Sub());
-  Popup()->SetMenu(MakeTestMenu(""));
+  Popup()->SetMenu(MakeMenu(""));
   mWindow->Move(31, 85);
   Key(kEnter);
   Key(kDown);
@@ -233,7 +234,7 @@ TEST_F(PopupMenuTest, TheOwnerMayGoWhileItIsTold) {
 }
 
 TEST_F(PopupMenuTest, AComboMenuOpensAndClosesByItsFace) {
-  PopupOf(u"file")->SetMenu(MakeTestMenu("ab"));
+  PopupOf(u"file")->SetMenu(MakeMenu("ab"));
   mWindow->Click(10, 10);
   EXPECT_EQ(Show(PopupOf(u"file")), "ab -1");
   EXPECT_EQ(PopupOf(u"file")->GetWindowPosition(), (PointT<double>{0, 24}));
@@ -250,7 +251,7 @@ TEST_F(PopupMenuTest, AComboMenuOpensAndClosesByItsFace) {
 }
 
 TEST_F(PopupMenuTest, PressDragAndReleaseChooseInOneGesture) {
-  PopupOf(u"file")->SetMenu(MakeTestMenu("ab"));
+  PopupOf(u"file")->SetMenu(MakeMenu("ab"));
   PopupOf(u"file")->SetReceiver(RCPtr<LNotificationReceiver>(Control(u"owner")));
   mWindow->Move(10, 10);
   mWindow->Press();
@@ -263,7 +264,7 @@ TEST_F(PopupMenuTest, PressDragAndReleaseChooseInOneGesture) {
 }
 
 TEST_F(PopupMenuTest, TheMouseWalksThroughAnOpenBar) {
-  for (const char16_t* name : {u"file", u"edit", u"far"}) PopupOf(name)->SetMenu(MakeTestMenu("ab"));
+  for (const char16_t* name : {u"file", u"edit", u"far"}) PopupOf(name)->SetMenu(MakeMenu("ab"));
   mWindow->Move(60, 10);
   EXPECT_EQ(Show(PopupOf(u"edit")), "closed");
   mWindow->Click(10, 10);

@@ -69,6 +69,14 @@ TEST_F(WindowInputTest, LosingTheFocusTakesTheMouseAndTheFocusAwayAndItComesBack
   EXPECT_EQ(Root()->GetFocusControl(), Child(u"b"));
 }
 
+TEST_F(WindowInputTest, WhatHadTheFocusBeforeIsKnownAsLongAsItIsThere) {
+  Child(u"a")->SetFocus(true);
+  Child(u"b")->SetFocus(true);
+  EXPECT_EQ(Root()->GetPreviousFocusControl(), Child(u"a"));
+  Child(u"a")->Destroy();
+  EXPECT_FALSE(Root()->GetPreviousFocusControl());
+}
+
 TEST_F(WindowInputTest, TheWheelSendsOneEventForWholeNotches) {
   using enum Platform::WheelAxis;
   struct Turn {

@@ -51,7 +51,7 @@ struct CanvasPoint {
   double mY = 0;
 };
 
-enum class PathKind {
+enum class CanvasPathKind {
   kSegments,  // Each pair of points is a line; an odd last point is left out.
   kPolyline,
   kPolygon,  // Closed; filled by the even-odd rule.

@@ -27,7 +27,8 @@ class Desktop {
   // another number of them.
   virtual std::unique_ptr<CanvasPicture> CreatePicture(std::int32_t width, std::int32_t height,
                                                        std::vector<std::uint32_t> pixels) = 0;
-  virtual std::unique_ptr<CanvasPath> CreatePath(PathKind kind, std::span<const CanvasPoint> points) = 0;
+  virtual std::unique_ptr<CanvasPath> CreatePath(CanvasPathKind kind,
+                                                 std::span<const CanvasPoint> points) = 0;
   // Null for a size that is not above 0. A size that no screen holds counts as the largest one.
   virtual std::unique_ptr<CanvasFont> OpenFont(const FontDescription& description) = 0;
 

@@ -14,7 +14,7 @@ using Simulator::kDefaultHardwareId;
 using Simulator::MessageName;
 using Texts = std::vector<std::string>;
 
-constexpr std::uint32_t kOtherHardware = 0x12345678;
+constexpr std::uint32_t kWrongHardware = 0x12345678;
 
 Texts Join(std::initializer_list<Texts> parts) {
   Texts all;

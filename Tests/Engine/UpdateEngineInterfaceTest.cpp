@@ -20,7 +20,7 @@ using Definition = LUpdateEngineInterface::DeviceDefinition;
 using Device = LFakeUpdateEngine::Device;
 using Texts = std::vector<std::string>;
 
-constexpr std::uint32_t kLongMs = 30000;
+constexpr std::uint32_t kLongWaitMs = 30000;
 
 FirmwareVersionInfo Version(std::uint32_t major, std::uint32_t minor, std::uint32_t patch,
                             std::uint32_t build) {
@@ -232,7 +232,7 @@ TEST(UpdateEngineInterface, UpdateRunsOnTheWorkerAndReportsItsEnd) {
     NotificationRecorder recorder;
     TF::Event go(true);
     engine->mUpdate = [&] {
-      go.Wait(kLongMs);
+      go.Wait(kLongWaitMs);
       return outcome;
     };
     ASSERT_EQ(engine->StartUpdate(), kSuccess);
@@ -241,7 +241,7 @@ TEST(UpdateEngineInterface, UpdateRunsOnTheWorkerAndReportsItsEnd) {
     EXPECT_EQ(engine->WaitForUpdateCompletion(1), kFailure);
     EXPECT_FALSE(engine->RequestExit());
     go.Set();
-    EXPECT_EQ(engine->WaitForUpdateCompletion(kLongMs), kSuccess);
+    EXPECT_EQ(engine->WaitForUpdateCompletion(kLongWaitMs), kSuccess);
     engine->Shutdown();
     EXPECT_EQ(recorder.Deliver(), Texts({"device 8<7", outcome == kSuccess ? "completed 1" : "completed 0"}));
     EXPECT_EQ(engine->GetUpdateResult(false), outcome == kSuccess ? UPDATE_SENT : UPDATE_FAILED);

@@ -43,7 +43,7 @@ TEST(DesktopTest, DrawingsOfBothKindsLieOnTopOfEachOtherInOrder) {
   const auto canvas = desktop.CreateCanvas(10, 10);
   const auto other = desktop.CreateCanvas(10, 10);
   const CanvasPoint square[] = {{0, 0}, {10, 0}, {10, 10}, {0, 10}};
-  const auto path = desktop.CreatePath(PathKind::kPolygon, square);
+  const auto path = desktop.CreatePath(CanvasPathKind::kPolygon, square);
   canvas->FillPath(*path, {}, 0xFFFF0000);
   EXPECT_EQ(PixelOf(*canvas, 9, 9), 0xFFFF0000U);
   canvas->FillRect({0, 0, 5, 10}, 0x800000FF);
@@ -66,7 +66,7 @@ TEST(DesktopTest, AnErrorOfOneDrawingDoesNotEndThoseAfterIt) {
   Desktop& desktop = GetDesktop();
   const auto canvas = desktop.CreateCanvas(10, 10);
   const CanvasPoint points[] = {{0, 0}, {10, 0}, {10, 10}};
-  const auto path = desktop.CreatePath(PathKind::kPolygon, points);
+  const auto path = desktop.CreatePath(CanvasPathKind::kPolygon, points);
   const double nan = std::numeric_limits<double>::quiet_NaN();
   for (const double wild : {nan, 1e300, 1e-300, 0.0}) {
     canvas->FillPath(*path, {wild, 1, 0, 0}, 0xFFFF0000);

@@ -48,7 +48,7 @@ class InstanceLockTest : public testing::Test {
 };
 
 // Keeps what the window of an instance was given.
-class Window {
+class ForeignWindow {
  public:
   InstanceLock::CommandLineHandler Handler(bool exists = true) {
     return [this, exists](const std::string& text) {
@@ -90,7 +90,7 @@ TEST_F(InstanceLockTest, NextOneIsTheFirstOnceAllHaveEnded) {
 }
 
 TEST_F(InstanceLockTest, CommandLineReachesTheWindow) {
-  Window window;
+  ForeignWindow window;
   InstanceLock first(kName), second(kName);
   EXPECT_TRUE(first.TryAcquire());
   EXPECT_FALSE(second.SendCommandLine("too early"));
@@ -106,7 +106,7 @@ TEST_F(InstanceLockTest, CommandLineReachesTheWindow) {
 }
 
 TEST_F(InstanceLockTest, InstanceWithoutAWindowTakesNothingOver) {
-  Window window;
+  ForeignWindow window;
   InstanceLock first(kName), second(kName);
   ASSERT_TRUE(first.Serve(window.Handler(false)));
   EXPECT_FALSE(second.SendCommandLine("text"));
@@ -114,7 +114,7 @@ TEST_F(InstanceLockTest, InstanceWithoutAWindowTakesNothingOver) {
 }
 
 TEST_F(InstanceLockTest, OnlyOneWindowAnswersAtATime) {
-  Window first, second;
+  ForeignWindow first, second;
   InstanceLock lock(kName), other(kName), client(kName);
   ASSERT_TRUE(lock.Serve(first.Handler()));
   EXPECT_FALSE(other.Serve(second.Handler()));
@@ -148,7 +148,7 @@ TEST_F(InstanceLockTest, KilledInstanceLeavesNothingInTheWay) {
   close(ends[1]);
 
   EXPECT_TRUE(std::filesystem::exists(mSocketPath)) << "the case under test needs a stale socket";
-  Window window;
+  ForeignWindow window;
   InstanceLock lock(kName);
   EXPECT_TRUE(lock.TryAcquire());
   EXPECT_FALSE(lock.SendCommandLine("x"));
@@ -171,7 +171,7 @@ TEST_F(InstanceLockTest, FilesAreForTheUserAlone) {
 }
 
 TEST_F(InstanceLockTest, ClientThatBreaksOffHoldsUpNobody) {
-  Window window;
+  ForeignWindow window;
   InstanceLock lock(kName);
   ASSERT_TRUE(lock.Serve(window.Handler()));
   const std::vector<std::string> requests{"", std::string("\x05", 1), std::string("\x05\0\0\0abc", 7),
@@ -189,7 +189,7 @@ TEST_F(InstanceLockTest, ClientThatBreaksOffHoldsUpNobody) {
 }
 
 TEST_F(InstanceLockTest, ServerStopsWhileAClientIsSilent) {
-  Window window;
+  ForeignWindow window;
   InstanceLock lock(kName);
   ASSERT_TRUE(lock.Serve(window.Handler()));
   const OwnedDescriptor silent = Connect();

@@ -12,7 +12,7 @@ namespace {
 using Platform::MidiBuffer;
 using Platform::MidiMessage;
 
-constexpr std::chrono::seconds kPatience{20};
+constexpr std::chrono::seconds kMidiPatience{20};
 
 }  // namespace
 
@@ -59,7 +59,7 @@ MidiRecorder::Event MidiRecorder::MakeEvent(Platform::MidiHandle port, MidiMessa
 
 std::vector<MidiRecorder::Event> MidiRecorder::WaitForEvents(std::size_t count) {
   std::unique_lock lock(mMutex);
-  EXPECT_TRUE(mChanged.wait_for(lock, kPatience, [&] { return mEvents.size() >= count; }))
+  EXPECT_TRUE(mChanged.wait_for(lock, kMidiPatience, [&] { return mEvents.size() >= count; }))
       << mEvents.size() << " of " << count << " messages have come";
   return mEvents;
 }
@@ -71,7 +71,7 @@ std::vector<MidiRecorder::Event> MidiRecorder::Events() {
 
 std::string MidiRecorder::WaitForBytes(std::size_t count) {
   std::unique_lock lock(mMutex);
-  EXPECT_TRUE(mChanged.wait_for(lock, kPatience, [&] { return mByteCount >= count; }))
+  EXPECT_TRUE(mChanged.wait_for(lock, kMidiPatience, [&] { return mByteCount >= count; }))
       << mByteCount << " of " << count << " bytes have come";
   std::string bytes;
   for (const Event& event : mEvents) bytes += event.bytes;
@@ -80,7 +80,7 @@ std::string MidiRecorder::WaitForBytes(std::size_t count) {
 
 void MidiRecorder::WaitForCallback() {
   std::unique_lock lock(mMutex);
-  EXPECT_TRUE(mChanged.wait_for(lock, kPatience, [&] { return mEntered > mEvents.size(); }));
+  EXPECT_TRUE(mChanged.wait_for(lock, kMidiPatience, [&] { return mEntered > mEvents.size(); }));
 }
 
 MidiBufferSet::MidiBufferSet(std::size_t count, std::size_t bytes)

@@ -20,8 +20,6 @@ constexpr std::int32_t kMaxSide = 16384;  // Pixels.
 constexpr int kBitsPerPixel = 32;
 constexpr int kWordSize = sizeof(std::uint32_t);
 constexpr std::uint32_t kMaxByte = 255;
-// Farther out nothing can be seen, and Cairo's numbers end.
-constexpr double kMaxCoordinate = 1 << 20;
 constexpr double kPixelMiddle = 0.5;
 
 std::uint32_t AlphaOf(std::uint32_t color) {

@@ -7,9 +7,6 @@ namespace Platform {
 
 namespace {
 
-// Cairo computes in 24 bits before the point.
-constexpr double kMaxCoordinate = 1 << 20;
-
 double Limited(double value) {
   return std::isnan(value) ? 0 : std::clamp(value, -kMaxCoordinate, kMaxCoordinate);
 }
@@ -22,14 +19,14 @@ void Append(cairo_t* cairo, const std::vector<cairo_path_data_t>& data) {
 
 }  // namespace
 
-CairoPath::CairoPath(PathKind kind, std::span<const CanvasPoint> points) {
-  const std::size_t count = kind == PathKind::kSegments ? points.size() / 2 * 2 : points.size();
+CairoPath::CairoPath(CanvasPathKind kind, std::span<const CanvasPoint> points) {
+  const std::size_t count = kind == CanvasPathKind::kSegments ? points.size() / 2 * 2 : points.size();
   if (count < 2) return;
   for (std::size_t index = 0; index < count; ++index) {
-    const bool starts = index == 0 || (kind == PathKind::kSegments && index % 2 == 0);
+    const bool starts = index == 0 || (kind == CanvasPathKind::kSegments && index % 2 == 0);
     AddPoint(starts ? CAIRO_PATH_MOVE_TO : CAIRO_PATH_LINE_TO, points[index]);
   }
-  if (kind != PathKind::kPolygon) return;
+  if (kind != CanvasPathKind::kPolygon) return;
   cairo_path_data_t close{};
   close.header = {CAIRO_PATH_CLOSE_PATH, 1};
   mData.push_back(close);

@@ -9,9 +9,12 @@
 
 namespace Platform {
 
+// Farther out nothing can be seen, and Cairo computes in 24 bits before the point.
+inline constexpr double kMaxCoordinate = 1 << 20;
+
 class CairoPath : public CanvasPath {
  public:
-  CairoPath(PathKind kind, std::span<const CanvasPoint> points);
+  CairoPath(CanvasPathKind kind, std::span<const CanvasPoint> points);
 
   // Adds the path to the current one of cairo, placed and then moved by shift on both axes. Points that land
   // too far out to be drawn are pulled in.

@@ -48,7 +48,8 @@ std::unique_ptr<CanvasPicture> DesktopModule::CreatePicture(std::int32_t width, 
   return std::make_unique<PixmanPicture>(width, height, std::move(pixels));
 }
 
-std::unique_ptr<CanvasPath> DesktopModule::CreatePath(PathKind kind, std::span<const CanvasPoint> points) {
+std::unique_ptr<CanvasPath> DesktopModule::CreatePath(CanvasPathKind kind,
+                                                      std::span<const CanvasPoint> points) {
   return std::make_unique<CairoPath>(kind, points);
 }
 

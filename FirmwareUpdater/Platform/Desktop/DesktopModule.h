@@ -17,7 +17,7 @@ class DesktopModule : public Desktop {
   std::unique_ptr<Canvas> CreateCanvas(std::int32_t width, std::int32_t height) override;
   std::unique_ptr<CanvasPicture> CreatePicture(std::int32_t width, std::int32_t height,
                                                std::vector<std::uint32_t> pixels) override;
-  std::unique_ptr<CanvasPath> CreatePath(PathKind kind, std::span<const CanvasPoint> points) override;
+  std::unique_ptr<CanvasPath> CreatePath(CanvasPathKind kind, std::span<const CanvasPoint> points) override;
   std::unique_ptr<CanvasFont> OpenFont(const FontDescription& description) override;
   std::unique_ptr<SplashSurface> OpenSplash(const SplashPicture& picture, const std::string& title) override;
   WindowSystem& GetWindowSystem() override;

@@ -14,10 +14,6 @@ namespace {
 constexpr std::uint32_t kInertiaTime = 1000;  // Milliseconds in which a flick keeps its speed.
 constexpr std::uint32_t kRepeatTime = 100;    // Milliseconds between the presses of a button that is held.
 
-bool IsAxis(LayoutAxis axis) {
-  return axis == LayoutAxis::kX || axis == LayoutAxis::kY;
-}
-
 // What is no number leaves the offset where it is.
 double LimitOffset(double wanted, double present) {
   if (std::isnan(wanted)) return present;

@@ -1,7 +1,6 @@
 #include "TFFramework/ControlBase/FontText.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "TFFramework/Application/FrameworkApp.h"
 #include "TFFramework/ControlBase/LineBreaker.h"
@@ -77,7 +76,7 @@ std::int32_t LFontText::GetNaturalWidth() const {
   for (const std::u16string_view line : SplitLines(mText)) {
     widest = std::max(widest, MeasureLine(String(line), mFont));
   }
-  return RoundToInt32(std::trunc(widest + kWidthRoundUp));
+  return TruncateToInt32(widest + kWidthRoundUp);
 }
 
 std::int32_t LFontText::GetHeightForWidth(std::int32_t width) const {

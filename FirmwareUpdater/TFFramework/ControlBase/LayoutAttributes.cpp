@@ -74,8 +74,8 @@ constexpr auto InAxis = StoreAt<AxisLayout, Path...>;
 
 constexpr auto kPosition = &AxisLayout::mPosition;
 constexpr auto kSize = &AxisLayout::mSize;
-constexpr auto kMinimum = &AxisLayout::mMinimum;
-constexpr auto kMaximum = &AxisLayout::mMaximum;
+constexpr auto kLeastSize = &AxisLayout::mMinimum;
+constexpr auto kMostSize = &AxisLayout::mMaximum;
 
 constexpr AxisRule kAxisRules[] = {
     {{u"XIsDocked", u"YIsDocked"}, InAxis<kPosition, &LayoutPosition::mIsDocked>},
@@ -86,12 +86,12 @@ constexpr AxisRule kAxisRules[] = {
     {{u"XSizeToControl", u"YSizeToControl"}, StoreSizeReference},
     {{u"XSizeRel", u"YSizeRel"}, InAxis<kSize, &LayoutSize::mRel>},
     {{u"XSizeAbs", u"YSizeAbs"}, InAxis<kSize, &LayoutSize::mAbs>},
-    {{u"XMinSizeToControl", u"YMinSizeToControl"}, StoreLimitReference<kMinimum>},
-    {{u"XMinSizeRel", u"YMinSizeRel"}, InAxis<kMinimum, &LayoutLimit::mRel>},
-    {{u"XMinSizeAbs", u"YMinSizeAbs"}, InAxis<kMinimum, &LayoutLimit::mAbs>},
-    {{u"XMaxSizeToControl", u"YMaxSizeToControl"}, StoreLimitReference<kMaximum>},
-    {{u"XMaxSizeRel", u"YMaxSizeRel"}, InAxis<kMaximum, &LayoutLimit::mRel>},
-    {{u"XMaxSizeAbs", u"YMaxSizeAbs"}, InAxis<kMaximum, &LayoutLimit::mAbs>},
+    {{u"XMinSizeToControl", u"YMinSizeToControl"}, StoreLimitReference<kLeastSize>},
+    {{u"XMinSizeRel", u"YMinSizeRel"}, InAxis<kLeastSize, &LayoutLimit::mRel>},
+    {{u"XMinSizeAbs", u"YMinSizeAbs"}, InAxis<kLeastSize, &LayoutLimit::mAbs>},
+    {{u"XMaxSizeToControl", u"YMaxSizeToControl"}, StoreLimitReference<kMostSize>},
+    {{u"XMaxSizeRel", u"YMaxSizeRel"}, InAxis<kMostSize, &LayoutLimit::mRel>},
+    {{u"XMaxSizeAbs", u"YMaxSizeAbs"}, InAxis<kMostSize, &LayoutLimit::mAbs>},
 };
 
 }  // namespace

@@ -19,6 +19,10 @@ enum class TextOverflow : std::uint32_t { kClip = 0, kExpand = 1, kWrap = 2 };
 
 enum class LayoutAxis : std::uint32_t { kX = 0, kY = 1 };
 inline constexpr std::size_t kAxisCount = 2;
+// False for a number that a caller made into an axis.
+constexpr bool IsAxis(LayoutAxis axis) {
+  return axis == LayoutAxis::kX || axis == LayoutAxis::kY;
+}
 
 // Where a control stands on one axis: `XPlacementAnchor`, `XPositionToControl`, `XPositionRel`,
 // `XPositionAbs` and `XIsDocked` of a skin, and the same with Y.

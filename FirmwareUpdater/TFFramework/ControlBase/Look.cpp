@@ -1,7 +1,6 @@
 #include "TFFramework/ControlBase/Look.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "TFFramework/ObjectBase/Exception.h"
 #include "TFFramework/Renderer/AutoClip.h"
@@ -83,7 +82,7 @@ bool IsVisible(LRenderer& renderer, const RectT<double>& rect) {
 // Text edges are placed as floats and cut to whole pixels.
 std::int32_t Edge(float relative, std::int32_t absolute, std::int32_t side) {
   const float edge = relative * static_cast<float>(side) + static_cast<float>(absolute);
-  return Limit(RoundToInt32(std::trunc(edge)));
+  return Limit(TruncateToInt32(edge));
 }
 
 }  // namespace

@@ -6,10 +6,10 @@ namespace TF {
 
 namespace {
 
-constexpr std::int32_t kNormal = 0;
-constexpr std::int32_t kHover = 1;
+constexpr std::int32_t kNormalCombo = 0;
+constexpr std::int32_t kHoverCombo = 1;
 constexpr std::int32_t kOpen = 2;
-constexpr std::int32_t kDisabled = 3;
+constexpr std::int32_t kDisabledCombo = 3;
 
 }  // namespace
 
@@ -41,9 +41,9 @@ bool LComboMenu::IsPopupShown() {
 }
 
 void LComboMenu::UpdateLook() {
-  std::int32_t look = mHover ? kHover : kNormal;
+  std::int32_t look = mHover ? kHoverCombo : kNormalCombo;
   if (IsPopupShown()) look = kOpen;
-  if (!IsEnabled(true)) look = kDisabled;
+  if (!IsEnabled(true)) look = kDisabledCombo;
   SetActiveLook(look, true);
 }
 
@@ -90,12 +90,10 @@ void LComboMenu::PlacePopup() {
   double x = mPopupPosition + client;
   if (x + width > room) x = std::max(room - width, 0.0);
   x -= client;
-  LayoutPosition position;
-  LayoutSize size;
-  mPopup->GetAxisLayout(LayoutAxis::kX, position, size);
+  LayoutPosition position = mPopup->GetAxisPosition(LayoutAxis::kX);
   if (position.mAbs == x) return;
   position.mAbs = x;
-  mPopup->SetAxisLayout(LayoutAxis::kX, position, size);
+  mPopup->SetAxisPosition(LayoutAxis::kX, position);
 }
 
 void LComboMenu::ShowPopup(bool show) {

@@ -15,7 +15,7 @@ namespace TF {
 
 namespace {
 
-constexpr const char16_t* kTemplateName = u"templateItem";
+constexpr const char16_t* kTemplateItem = u"templateItem";
 constexpr const char16_t* kItemPrefix = u"ITEM.";
 constexpr std::size_t kItemPrefixLength = 5;
 // A text table may name any number; a list of more is a mistake.
@@ -68,7 +68,7 @@ TFRESULT LListBox::Initialize() {
 }
 
 bool LListBox::TakeTemplate() {
-  const RCPtr<LControl> row = FindChild(kTemplateName);
+  const RCPtr<LControl> row = FindChild(kTemplateItem);
   if (!row) return mTemplateDescriptor != nullptr;
   mTemplateDescriptor = row->GetDescriptor();
   MeasureTemplate(row);
@@ -123,7 +123,7 @@ TFRESULT LListBox::OnDescriptorApplied() {
 TFRESULT LListBox::AdoptChild(const RCPtr<LControl>& child, const RCPtr<LControlDescriptor>& descriptor) {
   if (!descriptor) return kSuccess;
   if (child) return LScrollView::AdoptChild(child, descriptor);
-  if (descriptor->mName != kTemplateName) return kFailure;
+  if (descriptor->mName != kTemplateItem) return kFailure;
   const RCPtr<LControlFactory> factory = LControlFactory::GetCurrent();
   const RCPtr<LControl> row =
       factory ? factory->CreateSubControl(RCPtr<LControl>(this), descriptor) : RCPtr<LControl>();

@@ -7,7 +7,7 @@ namespace {
 // The first of three slots: normal, with the mouse over it, pressed.
 constexpr std::int32_t kPlain = 0;
 constexpr std::int32_t kHighlighted = 3;
-constexpr std::int32_t kDisabled = 6;
+constexpr std::int32_t kDisabledItem = 6;
 constexpr std::int32_t kSeparatorLook = 13;
 // From a slot to the one for a selected record.
 constexpr std::int32_t kSelectedOffset = 7;
@@ -52,7 +52,7 @@ void LListBoxItem::SetSeparator(bool separator) {
 std::int32_t LListBoxItem::GetItemLook() const {
   if (mSeparator) return kSeparatorLook;
   const std::int32_t selected = mValue >= kSelectedValue ? kSelectedOffset : 0;
-  if (!IsEnabled(true)) return kDisabled + selected;
+  if (!IsEnabled(true)) return kDisabledItem + selected;
   const bool isOver = mHover || mChildHover;
   const bool isDragged = mHasCapture && mLeftDrag;
   std::int32_t state = 0;

@@ -23,10 +23,6 @@ LayoutSize SelfSize(double pixels) {
   return size;
 }
 
-std::int32_t Truncated(double number) {
-  return RoundToInt32(std::trunc(number));
-}
-
 }  // namespace
 
 void LListBox::SetContentWidth(double width) {
@@ -253,7 +249,7 @@ double LListBox::MeasureText(const RCPtr<LFont>& font, const String& text) {
 
 std::int32_t LListBox::GetItemWidth(std::int32_t index) {
   if (mRows.empty() || !IsItem(index)) return 0;
-  return mItemPadding + Truncated(MeasureText(mRows.front()->GetFont(), GetItemText(index)) + 0.5);
+  return mItemPadding + TruncateToInt32(MeasureText(mRows.front()->GetFont(), GetItemText(index)) + 0.5);
 }
 
 std::int32_t LListBox::GetContentHeight() {

@@ -9,9 +9,9 @@ namespace TF {
 namespace {
 
 // Looks of a list.
-constexpr std::int32_t kNormal = 0;
-constexpr std::int32_t kDisabled = 1;
-constexpr std::int32_t kFocused = 2;
+constexpr std::int32_t kNormalList = 0;
+constexpr std::int32_t kDisabledList = 1;
+constexpr std::int32_t kFocusedList = 2;
 
 }  // namespace
 
@@ -390,9 +390,9 @@ void LListBox::OnConditionChange(const RCPtr<LConditionsParam>& conditions) {
   LScrollView::OnConditionChange(conditions);
   constexpr std::uint32_t kShownBits = ControlCondition::kEnabled | ControlCondition::kHasFocus;
   if (((conditions->mPrevious ^ conditions->mCurrent) & kShownBits) == 0) return;
-  std::int32_t look = mHasFocus ? kFocused : kNormal;
-  if (!IsEnabled(true)) look = kDisabled;
-  SetActiveLook(look < GetLookCount() ? look : kNormal, true);
+  std::int32_t look = mHasFocus ? kFocusedList : kNormalList;
+  if (!IsEnabled(true)) look = kDisabledList;
+  SetActiveLook(look < GetLookCount() ? look : kNormalList, true);
 }
 
 }  // namespace TF

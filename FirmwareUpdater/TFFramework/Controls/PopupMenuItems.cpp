@@ -14,10 +14,6 @@ namespace {
 constexpr std::int32_t kTextToKeyGap = 20;  // Pixels.
 constexpr std::int32_t kNotMeasured = -1;
 
-std::int32_t Truncated(double number) {
-  return RoundToInt32(std::trunc(number));
-}
-
 }  // namespace
 
 // The menu that the texts of this control give.
@@ -84,11 +80,11 @@ void LPopupMenu::MeasureParts(LMenuListBoxItem& row) {
       before = box->GetPositionInParent().mX + box->GetBounds().mWidth;
     if (const RCPtr<LControl>& label = row.GetHotKeyLabel())
       behind = width - (label->GetBounds().mWidth + label->GetPositionInParent().mX);
-    mItemPadding = Truncated(before) + kTextToKeyGap + Truncated(behind);
+    mItemPadding = TruncateToInt32(before) + kTextToKeyGap + TruncateToInt32(behind);
   }
   row.SetSeparator(true);
   row.Relayout();
-  mSeparatorHeight = Truncated(row.GetBounds().mHeight);
+  mSeparatorHeight = TruncateToInt32(row.GetBounds().mHeight);
   row.SetSeparator(false);
 }
 

@@ -7,7 +7,7 @@ namespace TF {
 namespace {
 
 constexpr std::uint32_t kF1 = 0x20700000;
-constexpr std::uint32_t kTab = 0x20090000;
+constexpr std::uint32_t kTabKey = 0x20090000;
 
 class ControlKeysTest : public ProbeFixture {
  protected:
@@ -61,9 +61,9 @@ TEST_F(ControlKeysTest, OnlyThePressOfTheTabKeyMovesTheFocus) {
     const char16_t* mFocus;
     const char* mAsked;
   };
-  const Case cases[] = {{kTab, false, u"box.b", ""},          {0x00090000, false, u"box.a", "key"},
+  const Case cases[] = {{kTabKey, false, u"box.b", ""},       {0x00090000, false, u"box.a", "key"},
                         {0x00000009, false, u"box.a", "key"}, {0xA0090000, false, u"box.a", "key"},
-                        {kTab, true, u"box.a", ""},           {kF1, true, u"box.a", "key"}};
+                        {kTabKey, true, u"box.a", ""},        {kF1, true, u"box.a", "key"}};
   for (const Case& entry : cases) {
     MakeRow({{"a", 0}, {"b", 1}});
     At(u"box.a")->SetFocus(true);

@@ -8,13 +8,13 @@
 namespace TF {
 namespace {
 
-using Rect = RectT<std::int32_t>;
+using IntRect = RectT<std::int32_t>;
 
 class ControlRenderTest : public ProbeFixture {
  protected:
-  Rect InvalidBounds() {
+  IntRect InvalidBounds() {
     Region region;
-    for (const Rect& rect : mWindow->TakeInvalid()) region.Add(rect);
+    for (const IntRect& rect : mWindow->TakeInvalid()) region.Add(rect);
     return region.GetBounds();
   }
 };
@@ -23,11 +23,11 @@ TEST_F(ControlRenderTest, WhatSticksOutOfAParentIsPaintedAnewWhenItComesAndGoes)
   MakeWindow(Box("panel", Place(10, 10, 50, 50), Box("box", Place(40, 0, 30, 20))));
   const auto box = At(u"panel.box");
   box->SetClipToParent(false);
-  EXPECT_EQ(InvalidBounds(), (Rect{50, 10, 30, 20}));
+  EXPECT_EQ(InvalidBounds(), (IntRect{50, 10, 30, 20}));
   box->SetClipToParent(false);
-  EXPECT_EQ(InvalidBounds(), Rect());
+  EXPECT_EQ(InvalidBounds(), IntRect());
   box->SetClipToParent(true);
-  EXPECT_EQ(InvalidBounds(), (Rect{50, 10, 30, 20}));
+  EXPECT_EQ(InvalidBounds(), (IntRect{50, 10, 30, 20}));
 }
 
 TEST_F(ControlRenderTest, DirtIsWhatTheParentsShowOfIt) {
@@ -37,7 +37,7 @@ TEST_F(ControlRenderTest, DirtIsWhatTheParentsShowOfIt) {
   struct Case {
     PointT<double> mScroll;
     RectT<double> mDirt;  // Of the dot.
-    Rect mShown;
+    IntRect mShown;
   };
   for (const Case& each : {Case{{0, 0}, {0, 0, 2, 3}, {55, 30, 2, 3}},
                            {{0, 0}, {0, 0, 9, 9}, {55, 30, 5, 9}},
@@ -52,7 +52,7 @@ TEST_F(ControlRenderTest, DirtIsWhatTheParentsShowOfIt) {
   panel->SetVisible(false);
   Forget();
   At(u"panel.box.dot")->InvalidateFrame();
-  EXPECT_EQ(InvalidBounds(), Rect());
+  EXPECT_EQ(InvalidBounds(), IntRect());
 }
 
 class PaintedControl : public ProbeControl {

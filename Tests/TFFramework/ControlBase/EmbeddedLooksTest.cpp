@@ -28,7 +28,7 @@ constexpr std::int32_t kScreenWidth = 400, kScreenHeight = 425;
 constexpr PointT<std::int32_t> kHead{200, 60}, kBody{200, 300};
 
 constexpr LColor kNothing{};
-constexpr std::uint32_t kEnglish = 0x0409;
+constexpr std::uint32_t kSkinLanguage = 0x0409;
 
 // The looks of a list at the size at which the program shows them.
 struct ListSize {
@@ -47,7 +47,7 @@ class EmbeddedLooksTest : public testing::Test {
  protected:
   void SetUp() override {
     RegisterProgramResources();
-    ASSERT_EQ(mFactory->LoadResources(u"::", kEnglish), kSuccess);
+    ASSERT_EQ(mFactory->LoadResources(u"::", kSkinLanguage), kSuccess);
   }
   void TearDown() override { SetResources({}); }
 

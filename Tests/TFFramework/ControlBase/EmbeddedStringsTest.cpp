@@ -23,7 +23,7 @@ namespace {
 
 const char16_t* const kFrameworkSource = u"::FRAMEWORK_STRINGS";
 const char16_t* const kApplicationSource = u"::APP_STRINGS";
-constexpr std::uint32_t kEnglish = 0x0009;
+constexpr std::uint32_t kEnglishLanguage = 0x0009;
 constexpr std::uint32_t kTranslations[] = {0x000A, 0x0007, 0x0011, 0x000C, 0x0010, 0x0012, 0x7C04, 0x0004};
 
 struct FrameworkText {
@@ -181,9 +181,9 @@ const std::pair<const char16_t*, const char16_t*> kKeysWithoutText[] = {
 };
 
 // What a document holds, with no regard to languages.
-class Census : public XmlHandler {
+class TextCensus : public XmlHandler {
  public:
-  explicit Census(const char16_t* source) {
+  explicit TextCensus(const char16_t* source) {
     DocumentSource document;
     EXPECT_EQ(document.Open(source), kSuccess);
     EXPECT_EQ(XmlReader(*this).Parse(document.GetBytes()), kSuccess);
@@ -249,25 +249,26 @@ TEST_F(EmbeddedStringsTest, DocumentsAreUtf16WithAByteOrderMark) {
 }
 
 TEST_F(EmbeddedStringsTest, EveryElementIsThereOnce) {
-  const Census framework(kFrameworkSource);
+  const TextCensus framework(kFrameworkSource);
   EXPECT_EQ(framework.mCounts, (std::map<std::u16string, int>{{u"Ombrel_StringTable_Definitions", 1},
                                                               {u"StringTable", 1},
                                                               {u"String", 35},
                                                               {u"Locale", 35 * 9}}));
-  const Census application(kApplicationSource);
+  const TextCensus application(kApplicationSource);
   EXPECT_EQ(application.mCounts, (std::map<std::u16string, int>{{u"Ombrel_StringTable_Definitions", 1},
                                                                 {u"Application", 1},
                                                                 {u"StringTable", 22},
                                                                 {u"String", 55},
                                                                 {u"Locale", 51}}));
-  for (const Census* census : {&framework, &application}) {
+  for (const TextCensus* census : {&framework, &application}) {
     EXPECT_EQ(census->mRoot, u"Ombrel_StringTable_Definitions");
-    EXPECT_EQ(std::set<Census::Key>(census->mKeys.begin(), census->mKeys.end()).size(), census->mKeys.size());
+    EXPECT_EQ(std::set<TextCensus::Key>(census->mKeys.begin(), census->mKeys.end()).size(),
+              census->mKeys.size());
   }
 }
 
 TEST_F(EmbeddedStringsTest, FrameworkTextsInEnglishAreLetterForLetter) {
-  const auto texts = FrameworkTextsIn(kEnglish);
+  const auto texts = FrameworkTextsIn(kEnglishLanguage);
   EXPECT_EQ(texts.size(), std::size(kFrameworkTexts));
   for (const auto& [key, text] : kFrameworkTexts) {
     const auto found = texts.find(key);
@@ -336,7 +337,7 @@ TEST_F(EmbeddedStringsTest, AFrenchColonIsNotPartedFromItsWord) {
 
 TEST_F(EmbeddedStringsTest, NoTwoLanguagesAreOneTranslation) {
   const String key(u"STARTUP_ERROR");
-  std::set<String> texts{FrameworkTextsIn(kEnglish).at(key)};
+  std::set<String> texts{FrameworkTextsIn(kEnglishLanguage).at(key)};
   for (const std::uint32_t language : kTranslations) texts.insert(FrameworkTextsIn(language).at(key));
   EXPECT_EQ(texts.size(), 9U);
 }
@@ -363,11 +364,11 @@ TEST_F(EmbeddedStringsTest, ApplicationTextsAreLetterForLetter) {
 }
 
 TEST_F(EmbeddedStringsTest, FourKeysOfTheApplicationHaveNoText) {
-  const Census census(kApplicationSource);
-  std::vector<Census::Key> without;
+  const TextCensus census(kApplicationSource);
+  std::vector<TextCensus::Key> without;
   std::copy_if(census.mKeys.begin(), census.mKeys.end(), std::back_inserter(without),
-               [&](const Census::Key& key) { return !census.mTranslated.contains(key); });
-  std::vector<Census::Key> expected;
+               [&](const TextCensus::Key& key) { return !census.mTranslated.contains(key); });
+  std::vector<TextCensus::Key> expected;
   for (const auto& [section, key] : kKeysWithoutText) expected.emplace_back(section, key);
   EXPECT_THAT(without, testing::UnorderedElementsAreArray(expected));
 }

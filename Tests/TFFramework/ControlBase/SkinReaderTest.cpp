@@ -12,9 +12,9 @@ using SkinReaderTest = SkinDocumentFixture;
 const char* const kDropped = "(dropped)";
 const char* const kNoRecord = nullptr;
 
-const std::string kRed =
+const std::string kRedPart =
     "<Colorizers><Colorizer Name='red' ColorType='SolidFill' Color='FFFF0000'/></Colorizers>";
-const std::string kPart = kRed +
+const std::string kPart = kRedPart +
                           "<Parts><Part Name='p' Width='1' Height='2' ResizeType='Stretch' "
                           "ColorizerName='red'/></Parts>";
 
@@ -93,7 +93,7 @@ TEST_F(SkinReaderTest, APartIsAPictureOrAColourAndElseDropped) {
   };
   for (const auto& [attributes, part, record] : cases) {
     TestSupport::LogCapture log;
-    ASSERT_EQ(Load(SkinDocument(kRed + "\n<Part Name='p' " + attributes + "/>")), kSuccess);
+    ASSERT_EQ(Load(SkinDocument(kRedPart + "\n<Part Name='p' " + attributes + "/>")), kSuccess);
     const auto found = Contents().mParts.find(u"p");
     EXPECT_EQ(found == Contents().mParts.end() ? kDropped : Describe(*found->second), part) << attributes;
     EXPECT_TRUE(record ? log.Contains(record) && log.Contains("skin: line 2: Part \"p\": ")
@@ -403,8 +403,8 @@ std::string LargeDocument() {
         "Name='m'/></Skin></SubControl>\n",
         i);
   }
-  return SkinDocument(kRed + "<Parts>" + parts + "</Parts><Looks>" + looks + "</Looks><LookLists>" + lists +
-                      "</LookLists><Skins><Skin>" + controls + "</Skin></Skins>");
+  return SkinDocument(kRedPart + "<Parts>" + parts + "</Parts><Looks>" + looks + "</Looks><LookLists>" +
+                      lists + "</LookLists><Skins><Skin>" + controls + "</Skin></Skins>");
 }
 
 TEST_F(SkinReaderTest, ADocumentCutAtEachKilobyteKeepsATrueBeginning) {

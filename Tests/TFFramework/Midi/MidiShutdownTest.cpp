@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::string_view kMessage = "\xF0 reply \xF7";
+constexpr std::string_view kLateReply = "\xF0 reply \xF7";
 
 class MidiShutdown : public MidiCommFixture {
  protected:
@@ -24,7 +24,7 @@ class MidiShutdown : public MidiCommFixture {
     MidiCommFixture::TearDown();
   }
 
-  void Receive() { EXPECT_TRUE(mDriver.ReceiveLong(mDriver.InputOn(0), kMessage)); }
+  void Receive() { EXPECT_TRUE(mDriver.ReceiveLong(mDriver.InputOn(0), kLateReply)); }
 
   Port mPort;
 };

@@ -16,7 +16,7 @@
 namespace TF {
 namespace {
 
-constexpr const char16_t* kName = u"NID_TEST";
+constexpr const char16_t* kDistributorTest = u"NID_TEST";
 
 // A distributor whose clients A, B and C, registered in this order, write down their calls.
 class DeliveryTest : public testing::Test {
@@ -28,18 +28,18 @@ class DeliveryTest : public testing::Test {
   }
 
   void RegisterAll() {
-    mA->Register(mDistributor, kName);
-    mB->Register(mDistributor, kName);
-    mC->Register(mDistributor, kName);
+    mA->Register(mDistributor, kDistributorTest);
+    mB->Register(mDistributor, kDistributorTest);
+    mC->Register(mDistributor, kDistributorTest);
   }
-  void Send() { mDistributor->Send(LNotification::Create(kName)); }
+  void Send() { mDistributor->Send(LNotification::Create(kDistributorTest)); }
   std::string SendAndLog() {
     mLog.clear();
     Send();
     return mLog;
   }
   void Unregister(const RCPtr<TestClient>& client) {
-    EXPECT_EQ(client->Unregister(mDistributor, GetNotificationID(kName)), kSuccess);
+    EXPECT_EQ(client->Unregister(mDistributor, GetNotificationID(kDistributorTest)), kSuccess);
   }
 
   std::string mLog;
@@ -63,7 +63,7 @@ TEST_F(DeliveryTest, LastRegisteredIsServedFirst) {
 TEST_F(DeliveryTest, AClientRegisteredMeanwhileGetsOnlyTheNextNotification) {
   RegisterAll();
   const RCPtr<TestClient> added = MakeLogger(mLog, 'D');
-  mThenB = [&] { added->Register(mDistributor, kName); };
+  mThenB = [&] { added->Register(mDistributor, kDistributorTest); };
   EXPECT_EQ(SendAndLog(), "CBA");
   mThenB = nullptr;
   EXPECT_EQ(SendAndLog(), "DCBA");
@@ -120,15 +120,15 @@ TEST_F(DeliveryTest, AReceiverThatUnregistersOthersWhenItEndsMakesNobodyBeServed
     mLog += 'E';
     ending = nullptr;
   };
-  ending->Register(mDistributor, kName);
-  above->Register(mDistributor, kName);
+  ending->Register(mDistributor, kDistributorTest);
+  above->Register(mDistributor, kDistributorTest);
   EXPECT_EQ(SendAndLog(), "FECB");
   above->UnregisterAll();
 }
 
 TEST_F(DeliveryTest, AReceiverMayDropTheDistributorAndTheNotification) {
   RegisterAll();
-  RCPtr<LNotification> notification = LNotification::Create(kName, MakeRC<Payload>());
+  RCPtr<LNotification> notification = LNotification::Create(kDistributorTest, MakeRC<Payload>());
   int payloads = 0;
   mThenC = [&] {
     mDistributor = nullptr;
@@ -147,7 +147,7 @@ TEST_F(DeliveryTest, AReceiverMayDropTheDistributorAndTheNotification) {
 TEST_F(DeliveryTest, AnExceptionEndsTheDeliveryAndLeavesNothingHeld) {
   RegisterAll();
   mThenB = [] { throw std::runtime_error("from a receiver"); };
-  RCPtr<LNotification> notification = LNotification::Create(kName, MakeRC<Payload>());
+  RCPtr<LNotification> notification = LNotification::Create(kDistributorTest, MakeRC<Payload>());
   EXPECT_THROW(mDistributor->Send(notification), std::runtime_error);
   EXPECT_EQ(mLog, "CB");
   EXPECT_EQ(notification->GetRefCount(), 1);
@@ -177,8 +177,8 @@ TEST_F(DeliveryTest, AfterANestedDeliveryOfItsIdTheOuterOneGoesOnBelowIt) {
   // A takes only the outer notification, so that the nested walk ends at B.
   mThenB = nullptr;
   mThenC = nested;
-  mA->Register(mDistributor, kName, kNotifyLatestPostedOnly);
-  const RCPtr<LNotification> outer = LNotification::Create(kName);
+  mA->Register(mDistributor, kDistributorTest, kNotifyLatestPostedOnly);
+  const RCPtr<LNotification> outer = LNotification::Create(kDistributorTest);
   mDistributor->FindPool(outer->GetId())->SetPending(outer);
   mLog.clear();
   mDistributor->Send(outer);
@@ -210,19 +210,19 @@ TEST_F(DeliveryTest, ANestedDeliveryOfAnotherIdDisturbsNothing) {
 
 TEST_F(DeliveryTest, SendTellsWhetherAnybodyWasThere) {
   EXPECT_EQ(mDistributor->Send(nullptr), kInvalidArgument);
-  EXPECT_EQ(mDistributor->Send(LNotification::Create(kName)), kNothingDone);
-  mA->Register(mDistributor, kName);
-  EXPECT_EQ(mDistributor->Send(LNotification::Create(kName)), kSuccess);
+  EXPECT_EQ(mDistributor->Send(LNotification::Create(kDistributorTest)), kNothingDone);
+  mA->Register(mDistributor, kDistributorTest);
+  EXPECT_EQ(mDistributor->Send(LNotification::Create(kDistributorTest)), kSuccess);
   EXPECT_EQ(mDistributor->Send(LNotification::Create(u"NID_TEST_OTHER")), kNothingDone);
   mA->UnregisterAll();
-  EXPECT_EQ(mDistributor->Send(LNotification::Create(kName)), kNothingDone);
+  EXPECT_EQ(mDistributor->Send(LNotification::Create(kDistributorTest)), kNothingDone);
 }
 
 // What a distributor that chooses its receivers sees, with A removing itself and B skipped.
 TEST_F(DeliveryTest, SendToClientAtServesOneAndGivesTheIndexToGoOnFrom) {
   RegisterAll();
-  const auto pool = mDistributor->FindPool(GetNotificationID(kName));
-  const RCPtr<LNotification> notification = LNotification::Create(kName);
+  const auto pool = mDistributor->FindPool(GetNotificationID(kDistributorTest));
+  const RCPtr<LNotification> notification = LNotification::Create(kDistributorTest);
   EXPECT_EQ(pool->SendToClientAt(mDistributor, 3, notification), 3);
   EXPECT_EQ(pool->SendToClientAt(mDistributor, -1, notification), -1);
   EXPECT_EQ(mLog, "");
@@ -243,31 +243,32 @@ TEST(NotificationRegistrationTest, ASecondRegistrationForAnIdOnlyChangesTheFlags
   const RCPtr<TestDistributor> distributor = MakeRC<TestDistributor>();
   const RCPtr<TestClient> client = MakeRC<TestClient>();
   std::uint32_t flags = 99;
-  EXPECT_EQ(distributor->GetRegisteredFlags(client, kName, flags), kFailure);
+  EXPECT_EQ(distributor->GetRegisteredFlags(client, kDistributorTest, flags), kFailure);
   EXPECT_EQ(flags, 99u);
-  EXPECT_EQ(client->Register(distributor, kName), GetNotificationID(kName));
-  EXPECT_EQ(client->Register(distributor, kName, kNotifyLatestPostedOnly), GetNotificationID(kName));
+  EXPECT_EQ(client->Register(distributor, kDistributorTest), GetNotificationID(kDistributorTest));
+  EXPECT_EQ(client->Register(distributor, kDistributorTest, kNotifyLatestPostedOnly),
+            GetNotificationID(kDistributorTest));
   EXPECT_EQ(client->GetRegistrationCount(), 1);
-  EXPECT_EQ(distributor->RegisterClient(client, kName, 0), kNothingDone);
-  EXPECT_EQ(distributor->GetRegisteredFlags(client, kName, flags), kSuccess);
+  EXPECT_EQ(distributor->RegisterClient(client, kDistributorTest, 0), kNothingDone);
+  EXPECT_EQ(distributor->GetRegisteredFlags(client, kDistributorTest, flags), kSuccess);
   EXPECT_EQ(flags, 0u);
-  EXPECT_EQ(client->Unregister(distributor, GetNotificationID(kName)), kSuccess);
+  EXPECT_EQ(client->Unregister(distributor, GetNotificationID(kDistributorTest)), kSuccess);
   EXPECT_FALSE(distributor->IsRegistered(client));
-  EXPECT_EQ(client->Unregister(distributor, GetNotificationID(kName)), kNothingDone);
+  EXPECT_EQ(client->Unregister(distributor, GetNotificationID(kDistributorTest)), kNothingDone);
 }
 
 TEST(NotificationRegistrationTest, BadArgumentsAreRefusedAndChangeNothing) {
   const RCPtr<TestDistributor> distributor = MakeRC<TestDistributor>();
   const RCPtr<TestClient> client = MakeRC<TestClient>();
-  const NotificationId id = GetNotificationID(kName);
-  EXPECT_EQ(client->Register(nullptr, kName), nullptr);
+  const NotificationId id = GetNotificationID(kDistributorTest);
+  EXPECT_EQ(client->Register(nullptr, kDistributorTest), nullptr);
   EXPECT_EQ(client->Register(distributor, u""), nullptr);
   EXPECT_EQ(client->Register(distributor, nullptr), nullptr);
   EXPECT_EQ(client->Unregister(nullptr, id), kNothingDone);
-  EXPECT_EQ(distributor->RegisterClient(nullptr, kName, 0), kInvalidArgument);
+  EXPECT_EQ(distributor->RegisterClient(nullptr, kDistributorTest, 0), kInvalidArgument);
   EXPECT_EQ(distributor->RegisterClient(client, u"", 0), kNothingDone);
   EXPECT_EQ(distributor->UnregisterClient(client, id), kNothingDone);
-  client->Register(distributor, kName);
+  client->Register(distributor, kDistributorTest);
   EXPECT_EQ(client->Unregister(nullptr, id), kInvalidArgument);
   EXPECT_EQ(client->Unregister(distributor, nullptr), kInvalidArgument);
   EXPECT_EQ(client->Unregister(distributor, GetNotificationID(u"NID_TEST_OTHER")), kNothingDone);
@@ -281,9 +282,9 @@ TEST(NotificationRegistrationTest, UnregisterAllLeavesEveryDistributor) {
   const RCPtr<TestDistributor> first = MakeRC<TestDistributor>();
   const RCPtr<TestDistributor> second = MakeRC<TestDistributor>();
   const RCPtr<TestClient> client = MakeRC<TestClient>();
-  client->Register(first, kName);
+  client->Register(first, kDistributorTest);
   client->Register(first, u"NID_TEST_OTHER");
-  client->Register(second, kName);
+  client->Register(second, kDistributorTest);
   EXPECT_EQ(client->GetRegistrationCount(), 3);
   EXPECT_EQ(client->GetInternalRefCount(), 3);
   EXPECT_EQ(client->UnregisterAll(), 3);
@@ -314,7 +315,7 @@ class RandomDelivery {
     mExpected.clear();
     mWaiting = mModel;
     mActing = true;
-    mDistributor->Send(LNotification::Create(kName));
+    mDistributor->Send(LNotification::Create(kDistributorTest));
     mActing = false;
     while (!mWaiting.empty()) ExpectNext();
     return {mServed, mExpected};
@@ -353,12 +354,12 @@ class RandomDelivery {
     switch (Pick(5)) {
       case 0:
       case 1:
-        mClients[number]->Register(mDistributor, kName);
+        mClients[number]->Register(mDistributor, kDistributorTest);
         if (!registered) mModel.push_back({number, mNextSerial++});
         break;
       case 2:
       case 3:
-        EXPECT_EQ(mClients[number]->Unregister(mDistributor, GetNotificationID(kName)),
+        EXPECT_EQ(mClients[number]->Unregister(mDistributor, GetNotificationID(kDistributorTest)),
                   registered ? kSuccess : kNothingDone);
         RemoveFromModel(number);
         break;

@@ -11,7 +11,7 @@
 namespace TF {
 namespace {
 
-constexpr const char16_t* kName = u"NID_TEST";
+constexpr const char16_t* kHandlerTest = u"NID_TEST";
 constexpr const char16_t* kOtherName = u"NID_TEST_OTHER";
 
 // A client as the classes of the system are: it forwards to a handler of its own.
@@ -74,19 +74,19 @@ class NotificationHandlerTest : public testing::Test {
 };
 
 TEST_F(NotificationHandlerTest, CallsTheFunctionOfSenderAndId) {
-  EXPECT_EQ(Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kName), kSuccess);
+  EXPECT_EQ(Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kHandlerTest), kSuccess);
   EXPECT_EQ(Handler().AddHandler(&HandlerOwner::OnSecond, mDistributor, kOtherName), kSuccess);
-  EXPECT_EQ(Handler().AddHandler(&HandlerOwner::OnSecond, mOther, kName), kSuccess);
-  EXPECT_EQ(SendAndLog(mDistributor, kName), "1");
+  EXPECT_EQ(Handler().AddHandler(&HandlerOwner::OnSecond, mOther, kHandlerTest), kSuccess);
+  EXPECT_EQ(SendAndLog(mDistributor, kHandlerTest), "1");
   EXPECT_EQ(mOwner->mLastResult, kNothingDone);
   EXPECT_EQ(SendAndLog(mDistributor, kOtherName), "2");
-  EXPECT_EQ(SendAndLog(mOther, kName), "2");
+  EXPECT_EQ(SendAndLog(mOther, kHandlerTest), "2");
   EXPECT_EQ(mOwner->mLastResult, kSuccess);
   EXPECT_EQ(SendAndLog(mOther, kOtherName), "");
 }
 
 TEST_F(NotificationHandlerTest, RefusesWhatCannotBeRegistered) {
-  EXPECT_EQ(Handler().AddHandler(&HandlerOwner::OnFirst, nullptr, kName), kInvalidArgument);
+  EXPECT_EQ(Handler().AddHandler(&HandlerOwner::OnFirst, nullptr, kHandlerTest), kInvalidArgument);
   EXPECT_EQ(Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, u""), kFailure);
   EXPECT_EQ(Handler().AddLocalHandler(&HandlerOwner::OnFirst, u""), kFailure);
   EXPECT_EQ(Handler().Dispatch(mDistributor, nullptr), kInvalidArgument);
@@ -94,54 +94,54 @@ TEST_F(NotificationHandlerTest, RefusesWhatCannotBeRegistered) {
 }
 
 TEST_F(NotificationHandlerTest, ALocalHandlerTakesWhatTheOwnerDispatchesItself) {
-  EXPECT_EQ(Handler().AddLocalHandler(&HandlerOwner::OnFirst, kName), kSuccess);
+  EXPECT_EQ(Handler().AddLocalHandler(&HandlerOwner::OnFirst, kHandlerTest), kSuccess);
   EXPECT_EQ(mOwner->GetRegistrationCount(), 0);
-  EXPECT_EQ(Handler().Dispatch(nullptr, LNotification::Create(kName)), kNothingDone);
+  EXPECT_EQ(Handler().Dispatch(nullptr, LNotification::Create(kHandlerTest)), kNothingDone);
   EXPECT_EQ(Handler().Dispatch(nullptr, LNotification::Create(kOtherName)), kSuccess);
-  EXPECT_EQ(Handler().Dispatch(mDistributor, LNotification::Create(kName)), kSuccess);
+  EXPECT_EQ(Handler().Dispatch(mDistributor, LNotification::Create(kHandlerTest)), kSuccess);
   EXPECT_EQ(mOwner->mLog, "1");
-  EXPECT_TRUE(Handler().RemoveHandler(nullptr, GetNotificationID(kName)));
+  EXPECT_TRUE(Handler().RemoveHandler(nullptr, GetNotificationID(kHandlerTest)));
 }
 
 TEST_F(NotificationHandlerTest, ALaterFunctionForTheSameTakesThePlaceOfTheFirst) {
-  Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kName);
-  Handler().AddHandler(&HandlerOwner::OnSecond, mDistributor, kName, kNotifyLatestPostedOnly);
+  Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kHandlerTest);
+  Handler().AddHandler(&HandlerOwner::OnSecond, mDistributor, kHandlerTest, kNotifyLatestPostedOnly);
   HandlerOwner::Handler::Function function = nullptr;
   std::uint32_t flags = 0;
-  EXPECT_EQ(Handler().GetHandler(mDistributor, kName, function, flags), kSuccess);
+  EXPECT_EQ(Handler().GetHandler(mDistributor, kHandlerTest, function, flags), kSuccess);
   EXPECT_EQ(function, &HandlerOwner::OnSecond);
   EXPECT_EQ(flags, kNotifyLatestPostedOnly);
-  EXPECT_EQ(Handler().GetHandler(mOther, kName, function, flags), kFailure);
+  EXPECT_EQ(Handler().GetHandler(mOther, kHandlerTest, function, flags), kFailure);
   EXPECT_EQ(Handler().GetHandler(mDistributor, u"", function, flags), kFailure);
   EXPECT_EQ(mOwner->GetRegistrationCount(), 1);
 }
 
 TEST_F(NotificationHandlerTest, WithoutItsFunctionANotificationHasNoEffect) {
-  Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kName);
-  EXPECT_TRUE(Handler().RemoveHandler(mDistributor, GetNotificationID(kName)));
-  EXPECT_FALSE(Handler().RemoveHandler(mDistributor, GetNotificationID(kName)));
-  EXPECT_EQ(SendAndLog(mDistributor, kName), "");
+  Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kHandlerTest);
+  EXPECT_TRUE(Handler().RemoveHandler(mDistributor, GetNotificationID(kHandlerTest)));
+  EXPECT_FALSE(Handler().RemoveHandler(mDistributor, GetNotificationID(kHandlerTest)));
+  EXPECT_EQ(SendAndLog(mDistributor, kHandlerTest), "");
   EXPECT_EQ(mOwner->mLastResult, kSuccess);
   EXPECT_TRUE(mDistributor->IsRegistered(mOwner));
 }
 
 TEST_F(NotificationHandlerTest, AFunctionMayReplaceTheHandler) {
-  Handler().AddHandler(&HandlerOwner::OnReplacing, mDistributor, kName);
-  EXPECT_EQ(SendAndLog(mDistributor, kName), "");
-  EXPECT_EQ(SendAndLog(mDistributor, kName), "1");
+  Handler().AddHandler(&HandlerOwner::OnReplacing, mDistributor, kHandlerTest);
+  EXPECT_EQ(SendAndLog(mDistributor, kHandlerTest), "");
+  EXPECT_EQ(SendAndLog(mDistributor, kHandlerTest), "1");
 }
 
 TEST_F(NotificationHandlerTest, ClosingDistributorsTakeTheirFunctionsWithThem) {
-  Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kName);
+  Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kHandlerTest);
   mDistributor->NotifyClosing();
-  EXPECT_FALSE(Handler().RemoveHandler(mDistributor, GetNotificationID(kName)));
+  EXPECT_FALSE(Handler().RemoveHandler(mDistributor, GetNotificationID(kHandlerTest)));
   EXPECT_EQ(mOwner->GetRegistrationCount(), 0);
 }
 
 using Disabler = CAutoNotificationDisabler<HandlerOwner>;
 
 TEST_F(NotificationHandlerTest, ADisabledHandlerIsBackAfterTheScope) {
-  Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kName, kNotifyLatestPostedOnly);
+  Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kHandlerTest, kNotifyLatestPostedOnly);
   Handler().AddHandler(&HandlerOwner::OnSecond, mDistributor, kOtherName);
   {
     const Disabler disabler(mOwner->mHandler, mDistributor, kOtherName);
@@ -149,9 +149,9 @@ TEST_F(NotificationHandlerTest, ADisabledHandlerIsBackAfterTheScope) {
     EXPECT_EQ(mOwner->GetRegistrationCount(), 1);
   }
   EXPECT_EQ(SendAndLog(mDistributor, kOtherName), "2");
-  { const Disabler disabler(mOwner->mHandler, mDistributor, kName); }
+  { const Disabler disabler(mOwner->mHandler, mDistributor, kHandlerTest); }
   std::uint32_t flags = 0;
-  EXPECT_EQ(mDistributor->GetRegisteredFlags(mOwner, kName, flags), kSuccess);
+  EXPECT_EQ(mDistributor->GetRegisteredFlags(mOwner, kHandlerTest, flags), kSuccess);
   EXPECT_EQ(flags, kNotifyLatestPostedOnly);
 }
 
@@ -164,25 +164,25 @@ TEST_F(NotificationHandlerTest, WhatCannotBeDisabledThrows) {
     }
     return std::string();
   };
-  const std::string missing = message(mDistributor, kName);
+  const std::string missing = message(mDistributor, kHandlerTest);
   EXPECT_EQ(missing.find("Failed Result : TFRESULT = 80004005 : TF::CAutoNotificationDisabler<class "), 0u)
       << missing;
   EXPECT_NE(missing.find(
                 "HandlerOwner>::CAutoNotificationDisabler : Notification\\AutoNotificationDisabler : Line "),
             std::string::npos)
       << missing;
-  Handler().AddLocalHandler(&HandlerOwner::OnFirst, kName);
-  EXPECT_NE(message(nullptr, kName).find("TFRESULT = 80070057"), std::string::npos);
+  Handler().AddLocalHandler(&HandlerOwner::OnFirst, kHandlerTest);
+  EXPECT_NE(message(nullptr, kHandlerTest).find("TFRESULT = 80070057"), std::string::npos);
 }
 
 TEST_F(NotificationHandlerTest, ADisabledHandlerIsBackAfterAnException) {
-  Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kName);
+  Handler().AddHandler(&HandlerOwner::OnFirst, mDistributor, kHandlerTest);
   const auto fail = [this] {
-    const Disabler disabler(mOwner->mHandler, mDistributor, kName);
+    const Disabler disabler(mOwner->mHandler, mDistributor, kHandlerTest);
     throw std::runtime_error("in the scope");
   };
   EXPECT_THROW(fail(), std::runtime_error);
-  EXPECT_EQ(SendAndLog(mDistributor, kName), "1");
+  EXPECT_EQ(SendAndLog(mDistributor, kHandlerTest), "1");
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 namespace TF {
 namespace {
 
-constexpr const char16_t* kName = u"NID_TEST";
+constexpr const char16_t* kLifetimeTest = u"NID_TEST";
 
 // An object that sends and receives, as every control is.
 class TestNode : public LNotificationClient, public LNotificationDistributor, public Counted<TestNode> {};
@@ -41,7 +41,7 @@ TEST_F(NotificationLifetimeTest, EveryCycleOfRegistrationsEndsWithItsLastOutside
        [] {
          const RCPtr<TestDistributor> distributor = MakeRC<TestDistributor>();
          RCPtr<TestClient> client = MakeRC<TestClient>();
-         client->Register(distributor, kName);
+         client->Register(distributor, kLifetimeTest);
          client->Register(distributor, u"NID_TEST_OTHER");
          EXPECT_EQ(LNotificationDistributor::GetActiveDistributors().size(), 1u);
          client = nullptr;
@@ -52,13 +52,13 @@ TEST_F(NotificationLifetimeTest, EveryCycleOfRegistrationsEndsWithItsLastOutside
       {"distributor first",
        [] {
          const RCPtr<TestClient> client = MakeRC<TestClient>();
-         client->Register(MakeRC<TestDistributor>(), kName);
+         client->Register(MakeRC<TestDistributor>(), kLifetimeTest);
          EXPECT_EQ(TestDistributor::GetAlive(), 1);
        }},
       {"distributor first, registration next",
        [] {
          const RCPtr<TestClient> client = MakeRC<TestClient>();
-         client->Register(MakeRC<TestDistributor>(), kName);
+         client->Register(MakeRC<TestDistributor>(), kLifetimeTest);
          EXPECT_EQ(client->UnregisterAll(), 1);
          EXPECT_EQ(TestDistributor::GetAlive(), 0);
        }},
@@ -67,8 +67,8 @@ TEST_F(NotificationLifetimeTest, EveryCycleOfRegistrationsEndsWithItsLastOutside
          RCPtr<TestDistributor> distributor = MakeRC<TestDistributor>();
          RCPtr<TestClient> first = MakeRC<TestClient>();
          const RCPtr<TestClient> second = MakeRC<TestClient>();
-         first->Register(distributor, kName);
-         second->Register(distributor, kName);
+         first->Register(distributor, kLifetimeTest);
+         second->Register(distributor, kLifetimeTest);
          first = nullptr;
          distributor = nullptr;
          EXPECT_EQ(TestClient::GetAlive(), 1);
@@ -77,7 +77,7 @@ TEST_F(NotificationLifetimeTest, EveryCycleOfRegistrationsEndsWithItsLastOutside
       {"one client of many distributors",
        [] {
          const RCPtr<TestClient> client = MakeRC<TestClient>();
-         for (int count = 0; count < 5; ++count) client->Register(MakeRC<TestDistributor>(), kName);
+         for (int count = 0; count < 5; ++count) client->Register(MakeRC<TestDistributor>(), kLifetimeTest);
          EXPECT_EQ(LNotificationDistributor::GetActiveDistributors().size(), 5u);
        }},
       {"one client of one distributor after the other",
@@ -85,36 +85,36 @@ TEST_F(NotificationLifetimeTest, EveryCycleOfRegistrationsEndsWithItsLastOutside
          const RCPtr<TestClient> client = MakeRC<TestClient>();
          for (int count = 0; count < 3; ++count) {
            const RCPtr<TestDistributor> distributor = MakeRC<TestDistributor>();
-           client->Unregister(distributor, client->Register(distributor, kName));
+           client->Unregister(distributor, client->Register(distributor, kLifetimeTest));
          }
          EXPECT_EQ(TestDistributor::GetAlive(), 0);
-         client->Register(MakeRC<TestDistributor>(), kName);
+         client->Register(MakeRC<TestDistributor>(), kLifetimeTest);
        }},
       {"client that owns its distributor",
        [] {
          const RCPtr<OwningClient> client = MakeRC<OwningClient>();
          client->mService = MakeRC<TestDistributor>();
-         client->Register(client->mService, kName);
+         client->Register(client->mService, kLifetimeTest);
        }},
       {"client of itself",
        [] {
          const RCPtr<TestNode> node = MakeRC<TestNode>();
-         node->Register(node, kName);
+         node->Register(node, kLifetimeTest);
          node->Register(node, u"NID_TEST_OTHER");
        }},
       {"two that listen to each other",
        [] {
          const RCPtr<TestNode> first = MakeRC<TestNode>();
          const RCPtr<TestNode> second = MakeRC<TestNode>();
-         first->Register(second, kName);
-         second->Register(first, kName);
+         first->Register(second, kLifetimeTest);
+         second->Register(first, kLifetimeTest);
        }},
       {"three in a ring, each listening to itself too",
        [] {
          const RCPtr<TestNode> nodes[] = {MakeRC<TestNode>(), MakeRC<TestNode>(), MakeRC<TestNode>()};
          for (int index = 0; index < 3; ++index) {
-           nodes[index]->Register(nodes[(index + 1) % 3], kName);
-           nodes[index]->Register(nodes[index], kName);
+           nodes[index]->Register(nodes[(index + 1) % 3], kLifetimeTest);
+           nodes[index]->Register(nodes[index], kLifetimeTest);
          }
        }},
   };
@@ -129,10 +129,10 @@ TEST_F(NotificationLifetimeTest, ADistributorThatNobodyHoldsStillServesItsClient
   std::string log;
   RCPtr<TestDistributor> distributor = MakeRC<TestDistributor>();
   const RCPtr<TestClient> client = MakeLogger(log, 'A');
-  client->Register(distributor, kName);
+  client->Register(distributor, kLifetimeTest);
   distributor = nullptr;
   for (const auto& active : LNotificationDistributor::GetActiveDistributors()) {
-    active->Send(LNotification::Create(kName));
+    active->Send(LNotification::Create(kLifetimeTest));
   }
   EXPECT_EQ(log, "A");
 }
@@ -145,11 +145,11 @@ TEST_F(NotificationLifetimeTest, AReceiverThatDropsItselfLivesUntilItsCallEnds) 
     client = nullptr;
     alive_in_call = TestClient::GetAlive();
   };
-  client->Register(distributor, kName);
-  distributor->Send(LNotification::Create(kName));
+  client->Register(distributor, kLifetimeTest);
+  distributor->Send(LNotification::Create(kLifetimeTest));
   EXPECT_EQ(alive_in_call, 1);
   EXPECT_EQ(TestClient::GetAlive(), 0);
-  EXPECT_EQ(distributor->Send(LNotification::Create(kName)), kNothingDone);
+  EXPECT_EQ(distributor->Send(LNotification::Create(kLifetimeTest)), kNothingDone);
 }
 
 TEST_F(NotificationLifetimeTest, NotifyClosingCallsEachRegistrationOnceWhateverTheClientsDo) {
@@ -169,11 +169,12 @@ TEST_F(NotificationLifetimeTest, NotifyClosingCallsEachRegistrationOnceWhateverT
   const RCPtr<TestClient> upper = MakeRC<TestClient>();
   leaver->mOther = unregistered;
   for (const RCPtr<TestClient>& client : {lower, unregistered, RCPtr<TestClient>(leaver), upper}) {
-    client->Register(distributor, kName);
+    client->Register(distributor, kLifetimeTest);
     client->Register(distributor, u"NID_TEST_OTHER");
   }
   distributor->NotifyClosing();
-  const std::vector<NotificationId> both = {GetNotificationID(u"NID_TEST_OTHER"), GetNotificationID(kName)};
+  const std::vector<NotificationId> both = {GetNotificationID(u"NID_TEST_OTHER"),
+                                            GetNotificationID(kLifetimeTest)};
   EXPECT_EQ(upper->mClosed, both);
   EXPECT_EQ(leaver->mClosed, both);
   EXPECT_EQ(lower->mClosed, both);

@@ -12,7 +12,7 @@
 namespace TF {
 namespace {
 
-constexpr const char16_t* kName = u"NID_TEST";
+constexpr const char16_t* kQueueTest = u"NID_TEST";
 
 class TestQueue : public LNotificationQueue, public Counted<TestQueue> {};
 
@@ -21,7 +21,7 @@ class NotificationQueueTest : public testing::Test {
  protected:
   NotificationQueueTest() {
     mQueue->SetDistributor(mDistributor);
-    mClient->Register(mDistributor, kName);
+    mClient->Register(mDistributor, kQueueTest);
   }
   ~NotificationQueueTest() override {
     mClient = nullptr;
@@ -29,7 +29,9 @@ class NotificationQueueTest : public testing::Test {
     EXPECT_EQ(Payload::GetAlive(), 0);
   }
 
-  static RCPtr<LNotification> Make(int value) { return LNotification::Create(kName, MakeRC<Payload>(value)); }
+  static RCPtr<LNotification> Make(int value) {
+    return LNotification::Create(kQueueTest, MakeRC<Payload>(value));
+  }
   void Post(int first, int last) {
     for (int value = first; value <= last; ++value) EXPECT_EQ(mQueue->Post(Make(value)), kSuccess);
   }
@@ -174,10 +176,10 @@ TEST_F(NotificationQueueTest, DiscardFreesEverythingForAnotherPost) {
 }
 
 TEST_F(NotificationQueueTest, LatestOnlyClientsGetTheLastPostAndNothingSent) {
-  mClient->Register(mDistributor, kName, kNotifyLatestPostedOnly);
+  mClient->Register(mDistributor, kQueueTest, kNotifyLatestPostedOnly);
   std::string log;
   const RCPtr<TestClient> other = MakeLogger(log, 'O');
-  other->Register(mDistributor, kName);
+  other->Register(mDistributor, kQueueTest);
   Post(1, 3);
   mDistributor->Send(Make(9));
   EXPECT_TRUE(mValues.empty());
@@ -190,7 +192,7 @@ TEST_F(NotificationQueueTest, LatestOnlyClientsGetTheLastPostAndNothingSent) {
   mDistributor->Send(latest);
   EXPECT_EQ(mValues, Range(3, 4));
   // Back to an ordinary client, it gets everything.
-  mClient->Register(mDistributor, kName, 0);
+  mClient->Register(mDistributor, kQueueTest, 0);
   Post(5, 6);
   mQueue->Process(false);
   EXPECT_EQ(mValues, Range(3, 6));
@@ -208,7 +210,7 @@ TEST_F(NotificationQueueTest, ADistributorIsSetOnce) {
 TEST_F(NotificationQueueTest, ThePostingReceiverPostsWhatAnotherDistributorSends) {
   const RCPtr<TestDistributor> source = MakeRC<TestDistributor>();
   const RCPtr<LNotificationReceiver> receiver = mQueue->GetPostingReceiver();
-  EXPECT_EQ(source->RegisterClient(receiver, kName, 0), kSuccess);
+  EXPECT_EQ(source->RegisterClient(receiver, kQueueTest, 0), kSuccess);
   const RCPtr<LNotification> notification = Make(1);
   source->Send(notification);
   source->Send(notification);

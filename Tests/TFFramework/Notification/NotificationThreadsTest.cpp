@@ -14,7 +14,7 @@
 namespace TF {
 namespace {
 
-constexpr const char16_t* kName = u"NID_TEST";
+constexpr const char16_t* kThreadsTest = u"NID_TEST";
 constexpr int kThreads = 4;
 constexpr std::chrono::seconds kPatience{60};
 
@@ -65,7 +65,7 @@ TEST_P(NotificationThreadsTest, PostsFromManyThreadsArriveCompleteAndInTheOrderO
     const int value = RCPtr<Payload>(notification->GetData())->mValue;
     if (next[value % kThreads]++ != value / kThreads) ++out_of_order;
   });
-  client->Register(center, kName);
+  client->Register(center, kThreadsTest);
   const auto received = [&] {
     int sum = 0;
     for (const int count : next) sum += count;
@@ -75,7 +75,7 @@ TEST_P(NotificationThreadsTest, PostsFromManyThreadsArriveCompleteAndInTheOrderO
     for (int count = 0; count < kPosts; ++count) {
       LNotificationCenterManager::GetInstance()
           ->GetCenter(u"application")
-          ->Post(LNotification::Create(kName, MakeRC<Payload>(count * kThreads + number)));
+          ->Post(LNotification::Create(kThreadsTest, MakeRC<Payload>(count * kThreads + number)));
     }
   });
   const auto deadline = std::chrono::steady_clock::now() + kPatience;
@@ -96,24 +96,24 @@ TEST_P(NotificationThreadsTest, WhoeverComesAndGoesMeanwhileTheOthersAreServedOn
   for (int& count : served) {
     for (int between = 0; between < 2; ++between) {
       leaving.push_back(MakeRC<TestClient>());
-      leaving.back()->Register(distributor, kName);
+      leaving.back()->Register(distributor, kThreadsTest);
     }
     staying.push_back(MakeRC<TestClient>([&count](const auto&, const auto&) { ++count; }));
-    staying.back()->Register(distributor, kName);
+    staying.back()->Register(distributor, kThreadsTest);
   }
   int sends = 0;
   {
     const Threads changing(kThreads, [&](int number) {
       for (int round = 0; round < kRounds; ++round) {
         RCPtr<TestClient> passing = MakeRC<TestClient>();
-        passing->Register(distributor, kName);
-        if (round % 2 == 0) passing->Unregister(distributor, GetNotificationID(kName));
+        passing->Register(distributor, kThreadsTest);
+        if (round % 2 == 0) passing->Unregister(distributor, GetNotificationID(kThreadsTest));
         passing = nullptr;
         if (number == 0 && round % 100 == 99 && !leaving.empty()) leaving.pop_back();
       }
     });
     while (changing.AreRunning()) {
-      distributor->Send(LNotification::Create(kName));
+      distributor->Send(LNotification::Create(kThreadsTest));
       ++sends;
     }
   }
@@ -131,10 +131,10 @@ TEST_P(NotificationThreadsTest, CountsComeOutRightWhenOneClientIsRegisteredAndUn
         const RCPtr<TestDistributor>& distributor = distributors[(number + round) % 2];
         switch ((number + round) % 3) {
           case 0:
-            client->Register(distributor, kName);
+            client->Register(distributor, kThreadsTest);
             break;
           case 1:
-            client->Unregister(distributor, GetNotificationID(kName));
+            client->Unregister(distributor, GetNotificationID(kThreadsTest));
             break;
           default:
             client->UnregisterAll();
@@ -142,7 +142,7 @@ TEST_P(NotificationThreadsTest, CountsComeOutRightWhenOneClientIsRegisteredAndUn
       }
     });
     while (changing.AreRunning()) {
-      for (const auto& distributor : distributors) distributor->Send(LNotification::Create(kName));
+      for (const auto& distributor : distributors) distributor->Send(LNotification::Create(kThreadsTest));
     }
   }
   const int registrations = static_cast<int>(distributors[0]->IsRegistered(client)) +
@@ -175,7 +175,7 @@ TEST_P(NotificationThreadsTest, HandlersAreAddedAndRemovedWhileAnotherThreadDeli
   constexpr int kRounds = 1000;
   const RCPtr<TestDistributor> distributor = MakeRC<TestDistributor>();
   const RCPtr<ThreadedOwner> owner = MakeRC<ThreadedOwner>();
-  const NotificationId id = GetNotificationID(kName);
+  const NotificationId id = GetNotificationID(kThreadsTest);
   {
     const Threads sender(1, [&](int) {
       for (int round = 0; round < kRounds; ++round) distributor->Send(LNotification::Create(id));
@@ -200,14 +200,14 @@ TEST_P(NotificationThreadsTest, ACenterEndsWhileItsClientsComeAndGo) {
     std::vector<RCPtr<TestClient>> clients;
     for (int number = 0; number < kThreads; ++number) {
       clients.push_back(MakeRC<TestClient>());
-      clients.back()->Register(center, kName);
+      clients.back()->Register(center, kThreadsTest);
     }
     std::array<RCPtr<LNotificationCenter>, kThreads> holders;
     holders.fill(center);
     center = nullptr;
     const Threads ending(kThreads, [&](int number) {
       RCPtr<LNotificationCenter> own = std::move(holders[number]);
-      own->Post(LNotification::Create(kName, MakeRC<Payload>()));
+      own->Post(LNotification::Create(kThreadsTest, MakeRC<Payload>()));
       if (number % 2 == 0) clients[number]->UnregisterAll();
       own = nullptr;
       if (number == 1) clients[number] = nullptr;

@@ -18,7 +18,7 @@ using TF::RCPtr;
 using TF::RendererType;
 using TF::RenderState;
 using Point = TF::PointT<double>;
-using Rect = TF::RectT<double>;
+using DoubleRect = TF::RectT<double>;
 
 template <class E, class Action>
 void ExpectThrow(const char* text, Action action) {
@@ -87,10 +87,10 @@ TEST_F(RendererState, PushOriginRoundsAndLeavesTheClipInPlace) {
   mRenderer->SetClipRect({0, 0, 50, 50});
   mRenderer->PushOrigin({2.5, -2.5});
   EXPECT_EQ(State().mOrigin, (Point{3, -3}));
-  EXPECT_EQ(State().mClip, (Rect{-3, 3, 50, 50}));
+  EXPECT_EQ(State().mClip, (DoubleRect{-3, 3, 50, 50}));
   mRenderer->RestoreState();
   EXPECT_EQ(State().mOrigin, Point());
-  EXPECT_EQ(State().mClip, (Rect{0, 0, 50, 50}));
+  EXPECT_EQ(State().mClip, (DoubleRect{0, 0, 50, 50}));
 }
 
 TEST_F(RendererState, AnOriginThatIsNoPlaceIsLeftBehind) {
@@ -108,11 +108,11 @@ TEST_F(RendererState, PushClipMovesTheOriginAndNarrowsTheClip) {
   // From the origin 100, 100 and the clip 0, 0, 50, 50 there.
   const struct {
     const char* mWhat;
-    Rect mFrame;
-    Rect mClipRect;
+    DoubleRect mFrame;
+    DoubleRect mClipRect;
     bool mRelative;
     Point mOrigin;
-    Rect mClip;
+    DoubleRect mClip;
   } cases[] = {
       {"inside", {10, 20, 30, 20}, {10, 20, 30, 20}, true, {110, 120}, {0, 0, 30, 20}},
       {"cut by the frame", {10, 20, 30, 20}, {0, 0, 50, 50}, true, {110, 120}, {0, 0, 30, 20}},
@@ -132,7 +132,7 @@ TEST_F(RendererState, PushClipMovesTheOriginAndNarrowsTheClip) {
       EXPECT_EQ(State().mClip, item.mClip);
     }
     EXPECT_EQ(State().mOrigin, (Point{100, 100}));
-    EXPECT_EQ(State().mClip, (Rect{0, 0, 50, 50}));
+    EXPECT_EQ(State().mClip, (DoubleRect{0, 0, 50, 50}));
   }
 }
 
@@ -140,7 +140,7 @@ TEST_F(RendererState, AStencilInsideAStencilIsAFreshOneOfTheOuterSize) {
   const auto outer = TF::MakeRC<TF::LStencil>(TF::SizeT<std::int32_t>{7, 8});
   const auto inner = TF::MakeRC<TF::LStencil>(TF::SizeT<std::int32_t>{1, 2});
   outer->SetRect({1, 1, 2, 2});
-  const Rect area{0, 0, 10, 10};
+  const DoubleRect area{0, 0, 10, 10};
   const CAutoClip first(mRenderer, area, area, outer, true);
   EXPECT_EQ(State().mStencil, outer);
   EXPECT_TRUE(State().mStencilActive);

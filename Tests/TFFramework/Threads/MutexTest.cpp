@@ -10,13 +10,13 @@
 namespace TF {
 namespace {
 
-constexpr int kThreads = 4;
-constexpr int kRounds = 20000;
+constexpr int kMutexThreads = 4;
+constexpr int kMutexRounds = 20000;
 
 template <class Body>
 void RunOnThreads(Body body) {
   std::vector<std::thread> threads;
-  for (int i = 0; i < kThreads; ++i) threads.emplace_back(body);
+  for (int i = 0; i < kMutexThreads; ++i) threads.emplace_back(body);
   for (auto& thread : threads) thread.join();
 }
 
@@ -24,7 +24,7 @@ TEST(MutexTest, HolderMayTakeItAgainAndOthersStayOut) {
   Mutex mutex;
   int count = 0;
   RunOnThreads([&] {
-    for (int i = 0; i < kRounds; ++i) {
+    for (int i = 0; i < kMutexRounds; ++i) {
       const MutexLock outer(mutex);
       const int seen = count;
       {
@@ -35,20 +35,20 @@ TEST(MutexTest, HolderMayTakeItAgainAndOthersStayOut) {
       ++count;
     }
   });
-  EXPECT_EQ(count, 2 * kThreads * kRounds);
+  EXPECT_EQ(count, 2 * kMutexThreads * kMutexRounds);
 }
 
 TEST(LightMutexTest, KeepsOthersOutAndWakesEveryWaiter) {
   LightMutex mutex;
   int count = 0;
   RunOnThreads([&] {
-    for (int i = 0; i < kRounds; ++i) {
+    for (int i = 0; i < kMutexRounds; ++i) {
       const LightMutexLock lock(mutex);
       ++count;
       if (i % 64 == 0) std::this_thread::yield();  // Lets the others run into the lock.
     }
   });
-  EXPECT_EQ(count, kThreads * kRounds);
+  EXPECT_EQ(count, kMutexThreads * kMutexRounds);
 }
 
 }  // namespace

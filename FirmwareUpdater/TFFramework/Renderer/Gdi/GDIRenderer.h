@@ -80,9 +80,9 @@ class LGDIRenderer : public LRenderer {
                    ResizeType resizeType);
   RCPtr<LCachedBitmap> FindPicture(const RCPtr<LBitmap>& bitmap, const SizeT<std::int32_t>& size,
                                    ResizeType resizeType);
-  RCPtr<LGraphicsPath> FindPath(PolylineT<float>& polyline, Platform::PathKind kind);
+  RCPtr<LGraphicsPath> FindPath(PolylineT<float>& polyline, Platform::CanvasPathKind kind);
   Platform::PathPlacement Place(const PointT<float>& offset, const PointT<float>& scale) const;
-  void Stroke(PolylineT<float>& polyline, Platform::PathKind kind, const LColor& color,
+  void Stroke(PolylineT<float>& polyline, Platform::CanvasPathKind kind, const LColor& color,
               const PointT<float>& offset, const PointT<float>& scale, float lineWidth);
   const FontEntry& FindFont(const RCPtr<LFont>& font);
 

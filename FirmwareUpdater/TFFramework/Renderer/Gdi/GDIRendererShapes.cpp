@@ -10,7 +10,7 @@ namespace TF {
 
 namespace {
 
-using Platform::PathKind;
+using Platform::CanvasPathKind;
 using Platform::PixelRect;
 
 // Scales this close to 1 leave the points as they are.
@@ -106,20 +106,20 @@ void LGDIRenderer::DrawLine(const PointT<float>& from, const PointT<float>& to, 
 void LGDIRenderer::DrawLineSegments(PolylineT<float>& polyline, const LColor& color,
                                     const PointT<float>& offset, const PointT<float>& scale,
                                     float lineWidth) {
-  Stroke(polyline, PathKind::kSegments, color, offset, scale, lineWidth);
+  Stroke(polyline, CanvasPathKind::kSegments, color, offset, scale, lineWidth);
 }
 
 void LGDIRenderer::DrawPolyline(PolylineT<float>& polyline, const LColor& color, const PointT<float>& offset,
                                 const PointT<float>& scale, float lineWidth) {
-  Stroke(polyline, PathKind::kPolyline, color, offset, scale, lineWidth);
+  Stroke(polyline, CanvasPathKind::kPolyline, color, offset, scale, lineWidth);
 }
 
 void LGDIRenderer::DrawPolygon(PolylineT<float>& polyline, const LColor& color, const PointT<float>& offset,
                                const PointT<float>& scale, float lineWidth) {
-  Stroke(polyline, PathKind::kPolygon, color, offset, scale, lineWidth);
+  Stroke(polyline, CanvasPathKind::kPolygon, color, offset, scale, lineWidth);
 }
 
-void LGDIRenderer::Stroke(PolylineT<float>& polyline, Platform::PathKind kind, const LColor& color,
+void LGDIRenderer::Stroke(PolylineT<float>& polyline, Platform::CanvasPathKind kind, const LColor& color,
                           const PointT<float>& offset, const PointT<float>& scale, float lineWidth) {
   if (!mContext) return;
   const RCPtr<LGraphicsPath> path = FindPath(polyline, kind);
@@ -129,7 +129,7 @@ void LGDIRenderer::Stroke(PolylineT<float>& polyline, Platform::PathKind kind, c
 void LGDIRenderer::FillPolygon(PolylineT<float>& polyline, const LColor& color, const PointT<float>& offset,
                                const PointT<float>& scale) {
   if (!mContext) return;
-  const RCPtr<LGraphicsPath> path = FindPath(polyline, PathKind::kPolygon);
+  const RCPtr<LGraphicsPath> path = FindPath(polyline, CanvasPathKind::kPolygon);
   GetCanvas()->FillPath(path->GetPath(), Place(offset, scale), color.ToPacked());
 }
 
@@ -138,7 +138,7 @@ Platform::PathPlacement LGDIRenderer::Place(const PointT<float>& offset, const P
   return {OneIfNear(scale.mX), OneIfNear(scale.mY), place.mX, place.mY};
 }
 
-RCPtr<LGraphicsPath> LGDIRenderer::FindPath(PolylineT<float>& polyline, Platform::PathKind kind) {
+RCPtr<LGraphicsPath> LGDIRenderer::FindPath(PolylineT<float>& polyline, Platform::CanvasPathKind kind) {
   RCPtr<LGraphicsPath>* const slot = mPathCache.Find(polyline);
   if (*slot && !polyline.mChanged && (*slot)->GetKind() == kind) return *slot;
   polyline.mChanged = false;

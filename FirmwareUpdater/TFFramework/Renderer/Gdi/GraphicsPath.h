@@ -14,16 +14,16 @@ namespace TF {
 // to it.
 class LGraphicsPath : public virtual LRefCountedObject {
  public:
-  LGraphicsPath(Platform::PathKind kind, std::unique_ptr<Platform::CanvasPath> path)
+  LGraphicsPath(Platform::CanvasPathKind kind, std::unique_ptr<Platform::CanvasPath> path)
       : mKind(kind), mPath(std::move(path)) {}
 
   static std::int32_t Key(const PolylineT<float>& polyline) { return polyline.mHandle.Get(); }
 
-  Platform::PathKind GetKind() const { return mKind; }
+  Platform::CanvasPathKind GetKind() const { return mKind; }
   const Platform::CanvasPath& GetPath() const { return *mPath; }
 
  private:
-  const Platform::PathKind mKind;
+  const Platform::CanvasPathKind mKind;
   const std::unique_ptr<Platform::CanvasPath> mPath;
 };
 

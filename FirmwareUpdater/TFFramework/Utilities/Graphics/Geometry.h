@@ -16,6 +16,11 @@ inline std::int32_t RoundToInt32(double value) {
   return static_cast<std::int32_t>(limited);
 }
 
+// Towards zero, with the same limits.
+inline std::int32_t TruncateToInt32(double value) {
+  return RoundToInt32(std::trunc(value));
+}
+
 template <class T>
 struct PointT {
   T mX{};

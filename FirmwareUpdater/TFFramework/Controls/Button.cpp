@@ -115,6 +115,10 @@ void LButton::BeginRepeat() {
   SendRepeat();
 }
 
+void LButton::EndRepeat() {
+  if (std::exchange(mRepeating, false)) RemoveIdleUser();
+}
+
 void LButton::OnConditionChange(const RCPtr<LConditionsParam>& conditions) {
   const RCPtr<LControl> held(this);
   LControl::OnConditionChange(conditions);
@@ -123,9 +127,8 @@ void LButton::OnConditionChange(const RCPtr<LConditionsParam>& conditions) {
     mLastRepeatTime = GetControlTime();
   } else if (mAutoRepeat && conditions->Rose(ControlCondition::kLeftDown) && IsEnabled(true) && !mRepeating) {
     BeginRepeat();
-  } else if (mAutoRepeat && conditions->Fell(ControlCondition::kHasCapture) &&
-             std::exchange(mRepeating, false)) {
-    RemoveIdleUser();
+  } else if (mAutoRepeat && conditions->Fell(ControlCondition::kHasCapture)) {
+    EndRepeat();
   }
   if (!mDestroyed) UpdateLook();
 }
@@ -156,8 +159,10 @@ void LButton::FinishClick() {
 }
 
 void LButton::ClickNow() {
+  const auto isThere = [this] { return !mDestroyed && IsEnabled(true) && IsShown(true); };
+  if (!isThere()) return;
   if (mAutoRepeat) SendRepeat();
-  if (mDestroyed || !IsEnabled(true)) return;
+  if (!isThere()) return;
   const RCPtr<LRootWindow> window = GetRootWindow();
   OnClick(MakeRC<LMouseButtonParam>(0, 0, 0U, GetControlTicks(), LMouseButtonParam::kLeft, false,
                                     window ? window->GetMouseButtons() : 0U));

@@ -37,6 +37,9 @@ class LButton : public HandlingControl<LButton, LControl> {
   virtual void UpdateLook();
   virtual void SimulateClick();
 
+  // A repeat run that is in progress is over.
+  void EndRepeat();
+
   // Set by the controls that are made of buttons.
   bool mAutoRepeat = false;
   bool mRepeating = false;         // A repeat run is in progress.

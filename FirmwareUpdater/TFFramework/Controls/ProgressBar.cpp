@@ -115,9 +115,11 @@ void LProgressBar::SetEstimateTime(bool on) {
 
 void LProgressBar::SetTimeRemaining(std::int32_t seconds) {
   if (!mTimeRemainingLabel || mDestroyed) return;
+  const RCPtr<LControl> held(this);
   const std::int32_t time = std::max(seconds, 0);
   mSecondsShown = time;
   mTimeRemainingLabel->SetVisible(true);
+  if (!mTimeRemainingLabel) return;
   String text;
   if (time >= kHour) text += Counted(time / kHour, mHourText, mHoursText);
   if (time >= kMinute) text += Counted(time % kHour / kMinute, mMinuteText, mMinutesText);

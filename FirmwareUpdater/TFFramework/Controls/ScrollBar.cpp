@@ -110,7 +110,7 @@ void LScrollbar::HookArrow(const RCPtr<LButton>& arrow) {
   mHandler->AddHandler(&LScrollbar::HandleArrow, RCPtr<LNotificationDistributor>(arrow),
                        u"NID_BUTTON_AUTOREPEAT");
   arrow->mAutoRepeat = true;
-  arrow->mRepeating = false;
+  arrow->EndRepeat();
 }
 
 TFRESULT LScrollbar::OnDescriptorApplied() {
@@ -120,12 +120,16 @@ TFRESULT LScrollbar::OnDescriptorApplied() {
        {FindChild(u"dec"), FindChild(u"inc"), mChannel, RCPtr<LControl>(mThumb)}) {
     if (part) part->SetNotFocusable(true);
   }
-  if (mThumb && mThumb->GetDescriptor() && mThumb->GetDescriptor()->mLayout) {
-    const LayoutSize& size = mThumb->GetDescriptor()->mLayout->Axis(GetAxis()).mSize;
-    if (size.mReference == SizeReference::kSelf && size.mAbs > 0) mMinThumbSize = size.mAbs;
-  }
+  const LayoutSize size = GetThumbOfSkin(GetAxis()).mSize;
+  const bool isLength = size.mReference == SizeReference::kSelf && size.mAbs > 0;
+  mMinThumbSize = isLength ? size.mAbs : kLeastThumbSize;
   UpdateTrack();
   return result;
+}
+
+AxisLayout LScrollbar::GetThumbOfSkin(LayoutAxis axis) const {
+  const RCPtr<LControlDescriptor> thumb = mThumb ? mThumb->GetDescriptor() : RCPtr<LControlDescriptor>();
+  return thumb && thumb->mLayout ? thumb->mLayout->Axis(axis) : AxisLayout();
 }
 
 void LScrollbar::Destroy() {
@@ -152,13 +156,18 @@ void LScrollbar::SetSteps(double lineStep, double pageStep, double thumbRatio) {
 
 void LScrollbar::SetVertical(bool vertical) {
   if ((FindButton(u"dec") && FindButton(u"inc")) || vertical == IsVertical()) return;
+  // The thumb was placed along what is now across.
+  if (mThumb) {
+    const AxisLayout across = GetThumbOfSkin(GetAxis());
+    mThumb->SetAxisLayout(GetAxis(), across.mPosition, across.mSize);
+  }
   mVertical = vertical ? 1 : 0;
   OnDescriptorApplied();
 }
 
 double LScrollbar::SetValue(double normalized) {
   if (!mDraggingThumb) return LControl::SetValue(normalized);
-  if (!std::isnan(normalized)) mPendingValue = std::clamp(normalized, 0.0, 1.0);
+  if (!std::isnan(normalized)) mPendingValue = normalized;
   return mValue;
 }
 

@@ -36,7 +36,8 @@ class LScrollbar : public HandlingControl<LScrollbar, LControl> {
   TFRESULT OnDescriptorApplied() override;
   void Destroy() override;
 
-  // While the user drags the thumb, the value waits until that has ended.
+  // While the user drags the thumb, the value waits until that has ended; then one outside of 0 to 1 is
+  // dropped.
   double SetValue(double normalized) override;
   void OnValueChange() override;
   // Keeps the scaled value.
@@ -60,13 +61,15 @@ class LScrollbar : public HandlingControl<LScrollbar, LControl> {
   bool IsDraggingThumb() const { return mDraggingThumb; }
 
  protected:
+  static constexpr double kLeastThumbSize = 10;  // Of a thumb whose skin gives no length.
+
   std::int32_t mVertical = 1;
   RCPtr<LControl> mChannel;
   RCPtr<LButton> mThumb;
   double mLineStep = 0.02;
   double mPageStep = 0.2;
   double mThumbRatio = 0.1;
-  double mMinThumbSize = 10;  // Pixels, as the following three.
+  double mMinThumbSize = kLeastThumbSize;  // Pixels, as the following three.
   double mThumbSize = 0;
   double mTrackStart = 0;
   double mTrackEnd = 0;
@@ -93,6 +96,7 @@ class LScrollbar : public HandlingControl<LScrollbar, LControl> {
   RCPtr<LButton> FindButton(const char16_t* name) const;
   void HookParts();
   void HookArrow(const RCPtr<LButton>& arrow);
+  AxisLayout GetThumbOfSkin(LayoutAxis axis) const;
   void UpdateTrack();
   void UpdateThumb();
   void PlaceThumb(double position);

@@ -84,6 +84,7 @@ void LScrollView::ApplyCreateParameters() {
 }
 
 TFRESULT LScrollView::ApplyDescriptor(const RCPtr<LControlDescriptor>& descriptor) {
+  const RCPtr<LControl> held(this);
   const LayoutGuard applying(mInExtentChange);
   return LControl::ApplyDescriptor(descriptor);
 }
@@ -330,6 +331,7 @@ void LScrollView::SetOffset(LayoutAxis axis, double offset) {
 }
 
 TFRESULT LScrollView::SetScrollOffset(const PointT<double>& offset) {
+  const RCPtr<LControl> held(this);
   const LayoutGuard scrolling(mInScroll);
   return LControl::SetScrollOffset(offset);
 }

@@ -93,6 +93,12 @@ class Touchable : public T {
   bool IsTransparentAt(const PointT<double>&) override { return false; }
 };
 
+class OpenButton : public LButton {
+ public:
+  using LButton::LButton;
+  using LControl::mIdleRefCount;
+};
+
 class OpenBar : public LScrollbar {
  public:
   using LControl::mIdleRefCount;
@@ -169,7 +175,7 @@ class BarFixture : public ProbeFixture {
     mApplication = MakeRC<ClockApplication>(mFactory);
     RegisterMore();
     mFactory->RegisterControlCreateFunction(u"Box", MakeControl<ProbeControl>);
-    mFactory->RegisterControlCreateFunction(u"Button", MakeControl<Touchable<LButton>>);
+    mFactory->RegisterControlCreateFunction(u"Button", MakeControl<Touchable<OpenButton>>);
     mFactory->RegisterControlCreateFunction(u"Channel", MakeControl<TestChannel>);
     mFactory->RegisterControlCreateFunction(u"Bar", MakeControl<Touchable<OpenBar>>);
     mFactory->RegisterControlCreateFunction(u"View", MakeControl<Touchable<LScrollView>>);

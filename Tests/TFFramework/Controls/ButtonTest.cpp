@@ -174,18 +174,26 @@ TEST_F(ButtonTest, ReturnShowsAPressAndClicksBehindIt) {
   EXPECT_EQ(TakeHeard(), Heard{"a NID_LEFT_CLICK"});
 }
 
-TEST_F(ButtonTest, WhatIsDisabledMeanwhileIsNotClicked) {
-  MakeButtons(Button("a", 0));
-  const auto a = At(u"a");
-  a->Send(LNotification::Create(u"NID_SIMULATE_CLICK"));
-  EXPECT_EQ(a->Look(), 2);
-  a->SetEnabled(false);
-  Pass(1);
-  a->Send(LNotification::Create(u"NID_SIMULATE_CLICK"));
-  Pass(1);
-  EXPECT_EQ(TakeHeard(), Heard());
-  EXPECT_EQ(a->Look(), 6);
-  EXPECT_EQ(a->mIdleRefCount, 0);
+TEST_F(ButtonTest, WhatIsDisabledOrHiddenMeanwhileIsNotClicked) {
+  for (const bool repeats : {false, true}) {
+    for (const bool hides : {false, true}) {
+      MakeButtons(Button("a", 0));
+      const auto a = At(u"a");
+      a->mAutoRepeat = repeats;
+      a->Send(LNotification::Create(u"NID_SIMULATE_CLICK"));
+      EXPECT_EQ(a->Look(), 2);
+      if (hides)
+        a->SetVisible(false);
+      else
+        a->SetEnabled(false);
+      Pass(1);
+      a->Send(LNotification::Create(u"NID_SIMULATE_CLICK"));
+      Pass(1);
+      EXPECT_EQ(TakeHeard(), Heard());
+      EXPECT_EQ(a->Look(), hides ? 0 : 6);
+      EXPECT_EQ(a->mIdleRefCount, 0);
+    }
+  }
 }
 
 TEST_F(ButtonTest, ItMayGoOrBePressedAgainInsideItsOwnClick) {

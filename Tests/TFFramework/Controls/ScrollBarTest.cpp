@@ -140,6 +140,33 @@ TEST_F(ScrollBarTest, HoldingAnArrowRepeatsItsStep) {
   EXPECT_DOUBLE_EQ(mBar->GetValue(), 0.3);
 }
 
+TEST_F(ScrollBarTest, AnotherSkinEndsTheRepeatingOfAnArrow) {
+  MakeBar();
+  Set(0, 0.1, 0.3, 0.1);
+  mWindow->Move(10, 115);
+  mWindow->Press();
+  mBar->ApplyDescriptor(mBar->GetDescriptor());
+  mWindow->LetGo();
+  IdleAfter(1);
+  EXPECT_DOUBLE_EQ(mBar->GetValue(), 0.1);
+  EXPECT_EQ(Find<OpenButton>(u"bar.inc")->mIdleRefCount, 0);
+}
+
+TEST_F(ScrollBarTest, AThumbWithoutALengthOfItsOwnHasTheUsualLeast) {
+  MakeBar();
+  Set(0.5, 0.1, 0.2, 0);
+  const RCPtr<LControlDescriptor> thumb = Find(u"bar.channel.thumb")->GetDescriptor();
+  for (const auto& [reference, length, least] : {std::tuple{SizeReference::kSelf, 30, 30.0},
+                                                 {SizeReference::kClient, 30, 10.0},
+                                                 {SizeReference::kSelf, 12, 12.0}}) {
+    LayoutSize& size = thumb->mLayout->Axis(LayoutAxis::kY).mSize;
+    size.mReference = reference;
+    size.mAbs = static_cast<float>(length);
+    mBar->ApplyDescriptor(mBar->GetDescriptor());
+    EXPECT_EQ(Thumb().mHeight, least);
+  }
+}
+
 TEST_F(ScrollBarTest, APressBesideTheThumbStepsByPagesOnThatSide) {
   struct Case {
     int mY;
@@ -238,7 +265,8 @@ TEST_F(ScrollBarTest, AValueFromOutsideWaitsForTheEndOfADrag) {
     bool mApplies;
     double mGiven, mValue;
   };
-  for (const Case& each : {Case{true, 0.1, 0.1}, {true, 4, 1}, {false, 0.1, 54.0 / 88}}) {
+  for (const Case& each :
+       {Case{true, 0.1, 0.1}, {true, 4, 54.0 / 88}, {true, -0.2, 54.0 / 88}, {false, 0.1, 54.0 / 88}}) {
     MakeBar();
     Set(0.5, 0.1, 0.3, 0.1);
     mBar->mApplyPendingValue = each.mApplies;

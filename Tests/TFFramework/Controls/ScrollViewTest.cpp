@@ -137,6 +137,15 @@ TEST_F(ScrollViewTest, AnyOfTheBarsMayBeMissing) {
   }
 }
 
+TEST_F(ScrollViewTest, ABarWithoutArrowsLiesAsItsViewSays) {
+  MakeView(Part("Bar", "hBar",
+                "XIsDocked='True' YIsDocked='True' " + FillAxis('X') + AtFarEnd('Y') + SizeOnAxis('Y', 16),
+                BarParts(false, "channel thumb")));
+  SetExtent(400, 50);
+  EXPECT_FALSE(HBar()->IsVertical());
+  EXPECT_EQ(Find(u"view.hBar.channel.thumb")->GetBounds(), (RectT<double>{0, 0, 20, 16}));
+}
+
 TEST_F(ScrollViewTest, ChangesAreToldOnceAndOnlyWhenThereAreAny) {
   MakeView();
   const auto hearer = Hear(mView, kExtentChange);
@@ -491,6 +500,18 @@ TEST_F(ScrollViewTest, WhoIsToldMayDestroyTheViewOrThrow) {
       ExpectBars(true, true, "after");
     }
   }
+}
+
+TEST_F(ScrollViewTest, WhoHearsOfTheOffsetMayDropTheLastPointerToTheView) {
+  MakeView();
+  SetExtent(500, 500);
+  RCPtr<Hearer> hearer;
+  hearer = Hear(mView, u"NID_SCROLL_OFFSET_CHANGE", [&](const auto&) {
+    mView->Destroy();
+    mView = nullptr;
+  });
+  mView->SetScrollOffset({7, 9});
+  EXPECT_FALSE(mView);
 }
 
 TEST_F(ScrollViewTest, WhoHearsOfABarMayDestroyTheView) {

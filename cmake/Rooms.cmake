@@ -7,6 +7,9 @@ target_compile_options(house_rules INTERFACE
 if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   # What is in a file of its own and not in a header looks like one here.
   target_compile_options(house_rules INTERFACE -Wno-subobject-linkage)
+elseif(CMAKE_UNITY_BUILD)
+  # A name of one file is none that another one shadows; the debug build watches within a file.
+  target_compile_options(house_rules INTERFACE -Wno-shadow)
 endif()
 if(TESSEL_SANITIZERS)
   target_compile_options(house_rules INTERFACE

@@ -4,8 +4,6 @@
 
 namespace {
 
-// Small parts of the table, each for one control. d, f: device and file state.
-
 bool HasGoodFile(const ScreenState& state) {
   return state.mFileState == FILE_FOUND_VERSION_KNOWN;
 }
@@ -42,8 +40,7 @@ bool IsCannotUpdateVisible(const ScreenState& state, const ScreenFacts& facts) {
   const std::int32_t device = state.mDeviceState;
   if (facts.mHasTransitionControl && device == TRANSITIONING_TO_UPDATE_MODE) return false;
   if (device <= DEVICE_CANNOT_BE_UPDATED) return device == DEVICE_CANNOT_BE_UPDATED;
-  const bool isBadFile = state.mFileState >= NO_FILE_DEFINED && state.mFileState < FILE_FOUND_VERSION_KNOWN;
-  return !isBadFile && !facts.IsUpdateAllowed();
+  return HasGoodFile(state) && !facts.IsUpdateAllowed();
 }
 
 // After a transfer: again with the old version, or not there at all, once nobody waits for it any more.
@@ -67,12 +64,12 @@ class Visibility {
   ScreenVisibility mShown{};
 };
 
-Visibility FindVisibilityBefore(const ScreenState& state, const ScreenFacts& facts) {
-  const std::int32_t device = state.mDeviceState, file = state.mFileState;
+ScreenVisibility FindVisibilityBefore(const ScreenState& state, const ScreenFacts& facts) {
+  const std::int32_t device = state.mDeviceState;
   const bool isSwitching = device == TRANSITIONING_TO_UPDATE_MODE;
   const bool isBusy = device == UPDATE_IN_PROGRESS;
   const bool canStart = CanUpdateStart(state, facts);
-  const bool isFileThere = file == FILE_FOUND_VERSION_UNKNOWN || file == FILE_FOUND_VERSION_KNOWN;
+  const bool isFileThere = state.mFileState >= FILE_FOUND_VERSION_UNKNOWN;
   const bool canScan = device == NO_DEVICE_FOUND || device == DEVICES_AVAILABLE_NONE_SELECTED;
   return Visibility(state, facts)
       .Show(ScreenControl::kDeviceInformation, IsDeviceInformationVisible(state, facts))
@@ -88,7 +85,8 @@ Visibility FindVisibilityBefore(const ScreenState& state, const ScreenFacts& fac
       .Show(ScreenControl::kManualReadyForUpdate, isSwitching)
       .Show(ScreenControl::kAbort)
       .Show(ScreenControl::kTransitioning, isSwitching)
-      .Show(ScreenControl::kDeviceNotFound, device == NO_DEVICE_FOUND && isFileThere);
+      .Show(ScreenControl::kDeviceNotFound, device == NO_DEVICE_FOUND && isFileThere)
+      .Get();
 }
 
 }  // namespace
@@ -165,35 +163,23 @@ const char16_t* FindCannotUpdateKey(const ScreenFacts& facts) {
 }
 
 std::optional<ScreenVisibility> FindVisibility(const ScreenState& state, const ScreenFacts& facts) {
-  if (state.mUpdateResult == UPDATE_NONE) return FindVisibilityBefore(state, facts).Get();
-  Visibility visibility(state, facts);
-  visibility.Show(ScreenControl::kFileFirmwareVersion);
-  switch (state.mUpdateResult) {
-    case UPDATE_RUNNING:
-      return visibility.Show(ScreenControl::kProcessInformation)
-          .Show(ScreenControl::kProgressBar)
-          .Show(ScreenControl::kAbort)
-          .Get();
-    case UPDATE_FAILED:
-      return visibility.Show(ScreenControl::kFirmwareFileInformation)
-          .Show(ScreenControl::kCannotUpdateError)
-          .Show(ScreenControl::kExit)
-          .Show(ScreenControl::kReinitialize)
-          .Get();
-    case UPDATE_ABORTED:
-      return visibility.Show(ScreenControl::kProcessInformation)
-          .Show(ScreenControl::kExit)
-          .Show(ScreenControl::kReinitialize)
-          .Get();
-    case UPDATE_SENT:
-      return visibility.Show(ScreenControl::kProcessInformation)
-          .Show(ScreenControl::kExit)
-          .Show(ScreenControl::kReinitialize, IsRestartWorthwhile(state, facts))
-          .Show(ScreenControl::kManualHasUpdated, state.mDeviceState != DEVICE_NOT_IN_UPDATE_MODE)
-          .Get();
-    default:
-      return std::nullopt;
-  }
+  const std::int32_t result = state.mUpdateResult;
+  if (result == UPDATE_NONE) return FindVisibilityBefore(state, facts);
+  if (result < UPDATE_NONE || result > UPDATE_SENT) return std::nullopt;
+  const bool isRunning = result == UPDATE_RUNNING;
+  const bool hasFailed = result == UPDATE_FAILED;
+  const bool isSent = result == UPDATE_SENT;
+  return Visibility(state, facts)
+      .Show(ScreenControl::kFirmwareFileInformation, hasFailed)
+      .Show(ScreenControl::kProcessInformation, !hasFailed)
+      .Show(ScreenControl::kFileFirmwareVersion)
+      .Show(ScreenControl::kCannotUpdateError, hasFailed)
+      .Show(ScreenControl::kProgressBar, isRunning)
+      .Show(ScreenControl::kExit, !isRunning)
+      .Show(ScreenControl::kReinitialize, isSent ? IsRestartWorthwhile(state, facts) : !isRunning)
+      .Show(ScreenControl::kManualHasUpdated, isSent && state.mDeviceState != DEVICE_NOT_IN_UPDATE_MODE)
+      .Show(ScreenControl::kAbort, isRunning)
+      .Get();
 }
 
 bool IsFileButtonVisible(std::int32_t fileState) {
